@@ -1,0 +1,52 @@
+// Automation's coercions, all of them: what any kind of value is as any other kind.
+//
+// Conversions to integers and to currency round halves to even. Throws RuntimeError: 6 a number
+// that does not fit, 13 a text that is no number (or date), or a kind that has no such form, 94
+// null. An empty value is 0, false, the empty text, day zero. Objects and arrays are error 13,
+// missing is error 13. Number and date text follow the user's locale.
+#pragma once
+
+#include <cstdint>
+
+#include "veltgeneral/text.h"
+#include "veltgeneral/variant.h"
+
+namespace veltgeneral {
+
+// Total tests; each is true exactly where the reading with the same grammar succeeds. Booleans,
+// every kind of number and the empty variant are numeric; dates, null and missing are not.
+bool isNumeric(const Variant& value);
+bool isNumeric(TextView text);
+bool isDate(const Variant& value);
+bool isDate(TextView text);
+
+std::int16_t toInt16(const Variant& value);
+std::int32_t toInt32(const Variant& value);
+float toSingle(const Variant& value);
+double toDouble(const Variant& value);
+Currency toCurrency(const Variant& value);
+Decimal toDecimal(const Variant& value);
+Date toDate(const Variant& value);
+bool toBoolean(const Variant& value);
+Text toText(const Variant& value);
+
+std::int16_t toInt16(double value);
+std::int32_t toInt32(double value);
+std::int16_t toInt16(TextView text);
+std::int32_t toInt32(TextView text);
+double toDouble(TextView text);
+
+// The text of a number: 15 (7) significant digits, exponent form where the digits do not fit
+// ("1E+15", "1E-05"), the locale's decimal mark.
+Text toText(double value);
+Text toText(float value);
+Text toText(std::int32_t value);
+
+// The locale-independent short form: "." as decimal mark, no blank, no zero before it (".5", "-.5").
+Text shortNumber(double value);
+
+// Blanks (U+0020 only) removed at both ends, at the end.
+TextView trim(TextView text);
+TextView trimRight(TextView text);
+
+}  // namespace veltgeneral

@@ -1,0 +1,13 @@
+// What the user's environment says: one variable at a time, never kept.
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace veltgeneral::platform {
+
+// The value of a variable, empty values included; nothing where it is not set or where the process
+// runs with more rights than its user (the environment is then not to be trusted).
+std::optional<std::string> environment(const char* name);
+
+}  // namespace veltgeneral::platform

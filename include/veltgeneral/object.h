@@ -1,7 +1,7 @@
 // Object: what can be called by name while the program runs.
 //
-// The component's own classes are reached through it, and so are a caller's objects (a window, say),
-// whatever language they are written in.
+// The component's own classes are reached through it, and so are a caller's objects (a window,
+// say), whatever language they are written in.
 #pragma once
 
 #include <span>

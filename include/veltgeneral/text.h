@@ -16,7 +16,8 @@ using TextView = std::u16string_view;
 // Total: a surrogate without its partner becomes U+FFFD, so the answer is always well formed.
 VELTGENERAL_API std::string toUtf8(TextView text);
 
-// Total: each maximal malformed piece becomes one U+FFFD (Unicode 15, section 3.9, "best practice").
+// Total: each maximal malformed piece becomes one U+FFFD (Unicode 15, section 3.9, "best
+// practice").
 VELTGENERAL_API Text fromUtf8(std::string_view utf8);
 
 }  // namespace veltgeneral

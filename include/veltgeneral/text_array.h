@@ -49,7 +49,7 @@ class VELTGENERAL_API TextArray {
   // The bounds of dimension 1 or 2. Throws RuntimeError 9 for a dimension that is not there.
   Bounds bounds(int dimension = 1) const;
   // All cells, over both dimensions.
-  std::size_t size() const noexcept { return cells_.size(); }
+  std::size_t size() const noexcept { return size_; }
 
   // The text of a cell; valid until the array next changes. Throws RuntimeError 9 for an index
   // outside the bounds or the wrong number of indices.
@@ -70,11 +70,36 @@ class VELTGENERAL_API TextArray {
   // Equal dimensions, bounds and texts.
   friend VELTGENERAL_API bool operator==(const TextArray& one, const TextArray& other);
 
-  // Where loaders and sorts work: cells in storage order, without index arithmetic.
-  class Cells;
-
  private:
-  friend class Cells;
+  friend class TextArrayCells;  // loaders and sorts: automation/text_array_cells.h
+
+  // Slab and offset in 40 bits, length in 24: see text_array.cpp.
+  using Cell = std::uint64_t;
+  struct Free {
+    void operator()(void* memory) const noexcept;
+  };
+  struct Slab {
+    std::unique_ptr<char16_t[], Free> text;
+    std::size_t capacity = 0;
+    std::size_t used = 0;
+  };
+
+  TextView view(Cell cell) const noexcept;
+  std::size_t index(std::int32_t field) const;
+  std::size_t index(std::int32_t field, std::int32_t row) const;
+  void allocateCells(std::size_t count);
+  void store(std::size_t cell, TextView text);
+  Cell append(TextView text);
+  char16_t* claim(std::size_t units);
+  Cell cellFor(const char16_t* text, std::size_t units) const noexcept;
+  void compact();
+
+  std::unique_ptr<Cell[], Free> cells_;
+  std::size_t size_ = 0;
+  std::vector<Slab> slabs_;
+  std::size_t garbage_ = 0;  // units in slabs that no cell shows any more
+  Bounds bounds_[2];
+  int dimensions_ = 0;
 };
 
 }  // namespace veltgeneral

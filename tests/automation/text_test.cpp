@@ -38,7 +38,9 @@ TEST(Text, CrossesTheRimBothWays) {
 
 TEST(Text, LoneSurrogatesAreReplaced) {
   const char16_t units[] = {0xD83D, u'a', 0xDE00, 0xD83D};
-  EXPECT_EQ(toUtf8(TextView(units, 4)), "\xEF\xBF\xBD" "a\xEF\xBF\xBD\xEF\xBF\xBD");
+  EXPECT_EQ(toUtf8(TextView(units, 4)),
+            "\xEF\xBF\xBD"
+            "a\xEF\xBF\xBD\xEF\xBF\xBD");
 }
 
 }  // namespace

@@ -1,0 +1,107 @@
+// ErrInfo: what an operation says of itself when it is done.
+//
+// A plain value: copied freely, returned by value, owned by whoever holds it. Success is number 0
+// and nothing else; every failure code of the library's own has the top bit set and so is negative.
+#pragma once
+
+#include <cstdint>
+
+#include "veltgeneral/export.h"
+#include "veltgeneral/text.h"
+#include "veltgeneral/variant.h"
+
+namespace veltgeneral {
+
+// The enumerators keep their published spelling.
+enum errInfoCostant : std::int32_t {
+  eiSUCCESFULL = 0,
+  eiABORTED = -2147220904,        // 0x80040258
+  eiNORECORD = -2147220903,       // 0x80040259
+  eiNOVALIDVALUE = -2147220902,   // 0x8004025A
+  eiREGISTRYERROR = -2147220901,  // 0x8004025B
+};
+
+enum typeInfoCostant : std::int32_t {
+  eiERRORTYPE = 1,
+  eiWARNINGTYPE = 2,
+  eiINFORMATIONTYPE = 3,
+  eiDEBUGTYPE = 4,
+};
+
+enum gcmFileUtility : std::int32_t { gcmfileutilityFILENOTFOUND = -2147220804 };  // 0x800402BC
+enum gcmRegistryUtylity : std::int32_t {
+  gcmregistryutilityKEYNOTFOUND = -2147220604
+};                                                                         // 0x80040384
+enum gcmFunzioni : std::int32_t { gcmfunzioniDATEINVALID = -2147220704 };  // 0x80040320
+
+// What ErrInfoNew reads; a field left empty says nothing.
+struct structError {
+  Variant vntNumberInfo;
+  Variant vntDescriptionInfo;
+  Variant vntTypeInfo;
+  Variant vntLocationInfo;
+  Variant vntProcessInfo;
+  Variant vntClassInfo;
+  Variant vntStepInfo;
+};
+
+class VELTGENERAL_API ErrInfo {
+ public:
+  // Every number 0, every text empty: a success that says nothing.
+  ErrInfo() = default;
+  // As `fill`.
+  ErrInfo(std::int32_t lNumberInfo, TextView sDescriptionInfo, typeInfoCostant iTypeInfo,
+          TextView sLocationInfo, const Variant& vntClassInfo = Missing{},
+          const Variant& vntProcessInfo = Missing{}, const Variant& vntStepInfo = Missing{});
+
+  // Overwrites every field; an optional text that is absent becomes empty. `iTypeInfo` keeps its
+  // low 16 bits. Returns 0. Late-bound callers know this member as `ErrInfo`.
+  std::int16_t fill(std::int32_t lNumberInfo, TextView sDescriptionInfo, typeInfoCostant iTypeInfo,
+                    TextView sLocationInfo, const Variant& vntClassInfo = Missing{},
+                    const Variant& vntProcessInfo = Missing{},
+                    const Variant& vntStepInfo = Missing{});
+
+  // Overwrites, in the record's order, the fields that the record fills: neither empty, nor null,
+  // nor only blanks. Returns 0. A number or severity that is not numeric, or does not fit, is
+  // RuntimeError 6: the fields before it have changed, the later ones have not.
+  std::int16_t ErrInfoNew(const structError& structErrInfo);
+
+  // `name="value" ` for each field that says something, in the record's order. Values are trimmed
+  // and not escaped. Strictly positive numbers only, so a failure code is never written.
+  Text getAttrEqualValue() const;
+
+  // Puts an exact copy, settings of the log excepted, into `oObject`. Never fails; returns a
+  // cleared result.
+  ErrInfo clone(ErrInfo& oObject) const;
+
+  // Copies the fields out; each pointer may be null. Returns 0.
+  std::int16_t getInfo(std::int32_t& lNumberInfo, Text& sDescriptionInfo, std::int16_t& iTypeInfo,
+                       Text& sLocationInfo, Variant* vntClassInfo = nullptr,
+                       Variant* vntProcessInfo = nullptr, Variant* vntStepInfo = nullptr) const;
+
+  std::int32_t numberInfo() const noexcept { return numberInfo_; }
+  const Text& descriptionInfo() const noexcept { return descriptionInfo_; }
+  std::int16_t typeInfo() const noexcept { return typeInfo_; }
+  const Text& locationInfo() const noexcept { return locationInfo_; }
+  const Text& processInfo() const noexcept { return processInfo_; }
+  const Text& classInfo() const noexcept { return classInfo_; }
+  Variant stepInfo() const { return stepInfo_; }
+
+  // Number 0, texts empty, severity eiDEBUGTYPE: not quite the state of a new object, whose
+  // severity is 0.
+  void clear();
+
+  // Number 0, whatever the severity.
+  bool isSuccess() const noexcept { return numberInfo_ == 0; }
+
+ private:
+  std::int32_t numberInfo_ = 0;
+  Text descriptionInfo_;
+  std::int16_t typeInfo_ = 0;
+  Text locationInfo_;
+  Text processInfo_;
+  Text classInfo_;
+  Text stepInfo_;
+};
+
+}  // namespace veltgeneral

@@ -1,0 +1,115 @@
+#include "veltgeneral/text_array.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+#include <random>
+
+#include "veltgeneral/runtime_error.h"
+
+namespace veltgeneral {
+namespace {
+
+std::int32_t errorOf(const std::function<void()>& action) {
+  try {
+    action();
+  } catch (const RuntimeError& error) {
+    return error.number();
+  }
+  return 0;
+}
+
+TEST(TextArray, EveryAccessOutsideIsError9) {
+  const TextArray none;
+  const TextArray list({2, 4});
+  TextArray table({1, 2}, {1, 3});
+  const std::function<void()> refused[] = {
+      [&] { (void)none.at(1); },
+      [&] { (void)none.bounds(); },
+      [&] { (void)list.at(1); },
+      [&] { (void)list.at(5); },
+      [&] { (void)list.at(2, 1); },
+      [&] { (void)list.bounds(2); },
+      [&] { (void)table.at(1); },
+      [&] { (void)table.at(3, 1); },
+      [&] { (void)table.at(1, 0); },
+      [&] { table.set(0, 1, u"x"); },
+      [&] { table.resizePreserved({}); },
+      [&] {
+        TextArray a(Bounds{1, 0});
+      },
+      [&] {
+        TextArray a({1, 2}, {1, 0});
+      },
+  };
+  for (std::size_t i = 0; i < std::size(refused); ++i) EXPECT_EQ(errorOf(refused[i]), 9) << i;
+  EXPECT_EQ(errorOf([] { TextArray a({1, 2147483647}, {-2147483647, 2147483647}); }), 7);
+}
+
+TEST(TextArray, TablesLieFieldFirst) {
+  TextArray table({1, 3}, {0, 1});
+  table.set(3, 0, u"c");
+  table.set(1, 1, u"d");
+  EXPECT_EQ(table.at(3, 0), u"c");
+  EXPECT_EQ(table.at(1, 1), u"d");
+  EXPECT_EQ(table.at(2, 1), u"");
+  EXPECT_EQ(table.bounds(2), (Bounds{0, 1}));
+}
+
+TEST(TextArray, TextsOfEveryLengthSurviveOverwritingCopyingAndMoving) {
+  TextArray array({-5, 50});
+  std::map<std::int32_t, Text> expected;
+  std::mt19937 random(7);
+  for (int round = 0; round < 20000; ++round) {
+    const auto index = static_cast<std::int32_t>(random() % 56) - 5;
+    const std::size_t length = random() % 2 ? random() % 12 : random() % 3000;
+    const Text text(length, static_cast<char16_t>(u'a' + random() % 26));
+    array.set(index, text);
+    expected[index] = text;
+  }
+  const TextArray copy = array;
+  const TextArray moved = std::move(array);
+  EXPECT_EQ(copy, moved);
+  for (const auto& [index, text] : expected) EXPECT_EQ(moved.at(index), text) << index;
+}
+
+TEST(TextArray, ATextLongerThanASharedSlabTakes) {
+  const Text great((1u << 24) + 5, u'g');
+  TextArray array({1, 3});
+  array.set(1, u"before");
+  array.set(2, great);
+  array.set(3, u"after");
+  EXPECT_EQ(array.at(2), great);
+  EXPECT_EQ(array.at(1), u"before");
+  array.set(2, u"small");
+  EXPECT_EQ(array.at(2), u"small");
+  EXPECT_EQ(array.at(3), u"after");
+}
+
+TEST(TextArray, ACellMayBeSetFromItself) {
+  TextArray array = TextArray::of({u"0123456789", u"x"});
+  array.set(1, array.at(1).substr(3));
+  EXPECT_EQ(array.at(1), u"3456789");
+  array.set(2, array.at(1));
+  EXPECT_EQ(array.at(2), u"3456789");
+}
+
+TEST(TextArray, ResizingKeepsWhatBothBoundsHave) {
+  TextArray array = TextArray::of({u"a", u"b", u"c"});
+  array.resizePreserved({2, 5});
+  EXPECT_EQ(array, [] {
+    TextArray other({2, 5});
+    other.set(2, u"b");
+    other.set(3, u"c");
+    return other;
+  }());
+  array.swap(2, 5);
+  EXPECT_EQ(array.at(5), u"b");
+  array.clear();
+  EXPECT_EQ(array.dimensions(), 0);
+  EXPECT_EQ(array, TextArray());
+}
+
+}  // namespace
+}  // namespace veltgeneral

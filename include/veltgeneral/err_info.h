@@ -64,7 +64,7 @@ class VELTGENERAL_API ErrInfo {
   // Overwrites, in the record's order, the fields that the record fills: neither empty, nor null,
   // nor only blanks. Returns 0. A number or severity that is not numeric, or does not fit, is
   // RuntimeError 6: the fields before it have changed, the later ones have not.
-  std::int16_t ErrInfoNew(const structError& structErrInfo);
+  std::int16_t ErrInfoNew(structError& structErrInfo);
 
   // `name="value" ` for each field that says something, in the record's order. Values are trimmed
   // and not escaped. Strictly positive numbers only, so a failure code is never written.

@@ -64,7 +64,7 @@ std::int16_t ErrInfo::fill(std::int32_t lNumberInfo, TextView sDescriptionInfo,
   return 0;
 }
 
-std::int16_t ErrInfo::ErrInfoNew(const structError& structErrInfo) {
+std::int16_t ErrInfo::ErrInfoNew(structError& structErrInfo) {
   const structError& from = structErrInfo;
   if (saysSomething(from.vntNumberInfo)) {
     requireNumeric(from.vntNumberInfo);

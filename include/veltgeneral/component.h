@@ -1,0 +1,96 @@
+// The component's door for C++: creation by name, late-bound calls, and what the classes look like.
+//
+//   ObjectRef files = createObject(u"VeltGeneral.FileUtility");
+//   Variant arguments[] = {Text(u"orders.csv"), Text()};
+//   Variant result = files->call(u"readFile", CallKind::method, arguments);
+//   // arguments[1] now holds the text, result an object with the members of ErrInfo
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "veltgeneral/export.h"
+#include "veltgeneral/object.h"
+#include "veltgeneral/text.h"
+#include "veltgeneral/variant.h"
+
+namespace veltgeneral {
+
+enum class Direction : std::uint8_t { in, inOut };
+
+// What a parameter or result is. `name` is that of the class, record or enumeration, or empty;
+// an enumeration's kind is int32, that of a record or class is object. `isVariant` values take any
+// kind, and `isVoid` is the result of a member that has none.
+struct ValueType {
+  Kind kind = Kind::empty;
+  std::string_view name{};
+  bool isVariant = false;
+  bool isVoid = false;
+};
+
+struct Parameter {
+  std::string_view name{};
+  ValueType type{};
+  Direction direction = Direction::in;
+  bool optional = false;
+  std::int32_t defaultNumber = 0;  // of an optional parameter that is no variant
+};
+
+// One published member. Its names are ASCII and matched without regard to case.
+struct Member {
+  static constexpr std::size_t kMaxParameters = 8;
+  using Invoke = Variant (*)(void* instance, Variant* const* arguments);
+
+  std::string_view name;
+  CallKind kind = CallKind::method;
+  ValueType result;
+  std::array<Parameter, kMaxParameters> parameterStorage{};
+  std::size_t parameterCount = 0;
+  Invoke invoke = nullptr;  // the component's own business
+
+  constexpr std::span<const Parameter> parameters() const {
+    return {parameterStorage.data(), parameterCount};
+  }
+};
+
+// One creatable class; `members` in the published order.
+struct Class {
+  std::string_view name;
+  std::string_view summary;
+  std::span<const Member> members;
+  ObjectRef (*create)();
+};
+
+// All creatable classes, in the order of their introduction.
+VELTGENERAL_API std::span<const Class> classes() noexcept;
+
+// `name` with or without the prefix "VeltGeneral.", in any case. Throws RuntimeError 429 for a name
+// that is no class.
+VELTGENERAL_API ObjectRef createObject(TextView name);
+// Null for a name that is no class.
+VELTGENERAL_API const Class* findClass(TextView name) noexcept;
+
+// The class of an object that this component created; null for anybody else's.
+VELTGENERAL_API const Class* classOf(const Object& object) noexcept;
+
+// The member, for callers that call it often; a method also answers to propertyGet and a property's
+// get to method, as late-bound callers rarely tell them apart. Throws RuntimeError 438 for a name
+// that is no member or has no such kind, 430 for an object that is not of this component.
+VELTGENERAL_API const Member& resolve(const Object& object, TextView name, CallKind kind);
+
+// Calls `member`, which `resolve` gave for this object's class, as Object::call does.
+VELTGENERAL_API Variant invoke(Object& object, const Member& member, std::span<Variant> arguments);
+
+struct NamedArgument {
+  TextView name;
+  Variant* value;  // changed in place where the member changes it
+};
+
+// Positional arguments first, then named ones in any order. Throws RuntimeError 448 for a name that
+// the member does not have, 450 for too many arguments or one given twice, 449 for a missing one.
+VELTGENERAL_API Variant invoke(Object& object, const Member& member, std::span<Variant> positional,
+                               std::span<const NamedArgument> named);
+
+}  // namespace veltgeneral

@@ -1,0 +1,7 @@
+#include "veltgeneral/object.h"
+
+namespace veltgeneral {
+
+Object::~Object() = default;
+
+}  // namespace veltgeneral

@@ -1,0 +1,161 @@
+// Late-bound calls: from a name and loose values to a row of a member table.
+#include <algorithm>
+#include <atomic>
+#include <vector>
+
+#include "component/component_object.h"
+#include "component/names.h"
+#include "veltgeneral/runtime_error.h"
+
+namespace veltgeneral {
+namespace {
+
+std::atomic<std::size_t> liveObjects{0};
+
+[[noreturn]] void fail(RunTime error) { throw RuntimeError(error); }
+
+using Slots = std::array<Variant*, Member::kMaxParameters>;
+
+// The rows of a class, found by name in a table twice their number. Rows of one name follow each
+// other in it.
+class NameIndex {
+ public:
+  explicit NameIndex(std::span<const Member> members) : members_(members) {
+    while (slots_.size() < 2 * members.size() + 1) slots_.resize(slots_.size() * 2, kFree);
+    for (std::size_t i = 0; i < members.size(); ++i) {
+      std::size_t at = hash(members[i].name);
+      while (slots_[at] != kFree) at = (at + 1) & (slots_.size() - 1);
+      slots_[at] = static_cast<std::uint16_t>(i);
+    }
+  }
+
+  // The best row for `kind` among those of the name: the kind itself, else a method for a get and
+  // a get for a method.
+  const Member& find(TextView name, CallKind kind) const {
+    const Member* other = nullptr;
+    if (!name.empty()) {
+      for (std::size_t at = hash(name); slots_[at] != kFree; at = (at + 1) & (slots_.size() - 1)) {
+        const Member& row = members_[slots_[at]];
+        if (!sameName(name, row.name)) continue;
+        if (row.kind == kind) return row;
+        if (row.kind != CallKind::propertyPut && kind != CallKind::propertyPut) other = &row;
+      }
+    }
+    if (other == nullptr) fail(RunTime::memberNotSupported);
+    return *other;
+  }
+
+ private:
+  static constexpr std::uint16_t kFree = 0xFFFF;
+
+  // Length and four characters tell the members of our classes apart nearly always.
+  template <class Name>
+  std::size_t hash(const Name& name) const noexcept {
+    const std::size_t n = name.size();
+    const auto unit = [&](std::size_t i) {
+      return std::size_t{foldAscii(static_cast<char16_t>(name[i]))};
+    };
+    const std::size_t mixed =
+        n + unit(0) * 7 + unit(n / 3) * 61 + unit(2 * n / 3) * 173 + unit(n - 1) * 1031;
+    return mixed & (slots_.size() - 1);
+  }
+
+  std::span<const Member> members_;
+  std::vector<std::uint16_t> slots_ = std::vector<std::uint16_t>(8, kFree);
+};
+
+const NameIndex& indexOf(const Class& type) {
+  static const std::vector<NameIndex> indices = [] {
+    std::vector<NameIndex> all;
+    for (const Class& each : classes()) all.emplace_back(each.members);
+    return all;
+  }();
+  return indices[static_cast<std::size_t>(&type - classes().data())];
+}
+
+Variant standIn(const Parameter& parameter) {
+  if (!parameter.optional) fail(RunTime::argumentNotOptional);
+  if (parameter.type.isVariant) return Missing{};
+  return parameter.defaultNumber;
+}
+
+// Runs the row; what was left out gets its default, or is error 449.
+Variant run(ComponentObject& object, const Member& member, Slots& slots) {
+  const auto parameters = member.parameters();
+  std::vector<Variant> defaults;
+  for (std::size_t i = 0; i < parameters.size(); ++i) {
+    if (slots[i] != nullptr && kindOf(*slots[i]) != Kind::missing) continue;
+    if (defaults.empty()) defaults.reserve(parameters.size());
+    slots[i] = &defaults.emplace_back(standIn(parameters[i]));
+  }
+  return member.invoke(object.instance(), slots.data());
+}
+
+Slots positionalSlots(const Member& member, std::span<Variant> arguments) {
+  if (arguments.size() > member.parameterCount) fail(RunTime::wrongArgumentCount);
+  Slots slots;
+  const auto end = std::ranges::transform(arguments, slots.begin(), [](Variant& v) { return &v; });
+  std::fill(end.out, slots.begin() + static_cast<std::ptrdiff_t>(member.parameterCount), nullptr);
+  return slots;
+}
+
+ComponentObject& ours(Object& object) {
+  auto* component = dynamic_cast<ComponentObject*>(&object);
+  if (component == nullptr) fail(RunTime::noAutomation);
+  return *component;
+}
+
+}  // namespace
+
+ComponentObject::ComponentObject(const Class& type, void* instance)
+    : type_(&type), instance_(instance) {
+  liveObjects.fetch_add(1, std::memory_order_relaxed);
+}
+
+ComponentObject::~ComponentObject() { liveObjects.fetch_sub(1, std::memory_order_relaxed); }
+
+std::size_t ComponentObject::count() noexcept {
+  return liveObjects.load(std::memory_order_relaxed);
+}
+
+Variant ComponentObject::call(TextView name, CallKind kind, std::span<Variant> arguments) {
+  const Member& member = indexOf(*type_).find(name, kind);
+  Slots slots = positionalSlots(member, arguments);
+  return run(*this, member, slots);
+}
+
+const Class* classOf(const Object& object) noexcept {
+  const auto* component = dynamic_cast<const ComponentObject*>(&object);
+  return component == nullptr ? nullptr : &component->type();
+}
+
+const Member& resolve(const Object& object, TextView name, CallKind kind) {
+  const Class* type = classOf(object);
+  if (type == nullptr) fail(RunTime::noAutomation);
+  return indexOf(*type).find(name, kind);
+}
+
+Variant invoke(Object& object, const Member& member, std::span<Variant> arguments) {
+  ComponentObject& component = ours(object);
+  Slots slots = positionalSlots(member, arguments);
+  return run(component, member, slots);
+}
+
+Variant invoke(Object& object, const Member& member, std::span<Variant> positional,
+               std::span<const NamedArgument> named) {
+  ComponentObject& component = ours(object);
+  Slots slots = positionalSlots(member, positional);
+  for (const NamedArgument& argument : named) {
+    const auto parameters = member.parameters();
+    const auto found = std::ranges::find_if(parameters, [&](const Parameter& parameter) {
+      return sameName(argument.name, parameter.name);
+    });
+    if (found == parameters.end()) fail(RunTime::namedArgumentNotFound);
+    Variant*& slot = slots[static_cast<std::size_t>(found - parameters.begin())];
+    if (slot != nullptr) fail(RunTime::wrongArgumentCount);
+    slot = argument.value;
+  }
+  return run(component, member, slots);
+}
+
+}  // namespace veltgeneral

@@ -1,0 +1,22 @@
+// The classes of the component, in the order of their introduction. Each has a table of its members
+// in a file of this folder.
+#pragma once
+
+#include "veltgeneral/component.h"
+#include "veltgeneral/err_info.h"
+
+namespace veltgeneral {
+
+template <class... C>
+struct ClassList {};
+
+using Classes = ClassList<ErrInfo>;
+
+// Name, summary and rows of C.
+template <class C>
+Class describeClass();
+
+template <>
+Class describeClass<ErrInfo>();
+
+}  // namespace veltgeneral

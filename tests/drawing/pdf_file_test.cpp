@@ -1,0 +1,65 @@
+#include "drawing/pdf_file.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+
+#include "drawing/error.h"
+#include "drawing/temp_folder.h"
+
+namespace veltgeneral::drawing {
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(PdfFile, AppearsWholeOrNotAtAll) {
+  const TempFolder folder;
+  const std::string path = folder.write("a.pdf", "before");
+  {
+    PdfFile dropped(path, kA4);
+    dropped.endPage();
+  }
+  EXPECT_EQ(readAll(path), "before");
+  EXPECT_EQ(folder.fileCount(), 1u);
+
+  ::chmod(path.c_str(), 0640);
+  fs::create_symlink("a.pdf", folder / "link.pdf");
+  PdfFile kept(folder / "link.pdf", kA4);
+  kept.endPage();
+  kept.commit();
+  const std::string bytes = readAll(path);
+  EXPECT_EQ(bytes.substr(0, 5), "%PDF-");
+  EXPECT_EQ(bytes.substr(bytes.size() - 6), "%%EOF\n");
+  EXPECT_TRUE(fs::is_symlink(folder / "link.pdf"));
+  EXPECT_EQ(static_cast<int>(fs::status(path).permissions()), 0640);
+  EXPECT_EQ(folder.fileCount(), 2u);
+}
+
+TEST(PdfFile, RefusesPlacesThatAreNoFile) {
+  const TempFolder folder;
+  struct Case {
+    std::string path;
+    int systemError;
+  };
+  const Case cases[] = {
+      {folder / "", EISDIR},
+      {folder / "none/a.pdf", ENOENT},
+      {folder.write("file", "") + "/a.pdf", ENOTDIR},
+      {"/dev/null", 0},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.path);
+    try {
+      PdfFile file(c.path, kA4);
+      ADD_FAILURE() << "taken";
+    } catch (const Error& error) {
+      EXPECT_EQ(error.systemError(), c.systemError) << error.what();
+    }
+  }
+  EXPECT_TRUE(fs::is_character_file("/dev/null"));
+  EXPECT_EQ(folder.fileCount(), 1u);
+}
+
+}  // namespace
+}  // namespace veltgeneral::drawing

@@ -31,6 +31,7 @@ class CodePage {
  private:
   std::array<char16_t, 256> characters_;
   std::array<std::uint8_t, 65536> bytes_;
+  bool holdsAscii_ = true;  // bytes 0 to 127 are the characters of the same number
 };
 
 // The page in force for the process; lives for good.

@@ -1,0 +1,23 @@
+// The host's standing folders, as host paths without a slash at the end.
+#pragma once
+
+#include <string>
+
+namespace veltgeneral::platform {
+
+// Where the library keeps what outlives a process and is not the user's own document:
+// "veltgeneral" in $XDG_STATE_HOME, by default below the home folder (XDG Base Directory 0.8).
+std::string stateFolder();
+
+// VELTGENERAL_WINDOWS_DIR and VELTGENERAL_SYSTEM_DIR as they stand; where they are not set,
+// "windows" in the state folder and "system" in that, created open to this user alone. Empty where
+// there is no such folder and none could be made.
+std::string windowsFolder();
+std::string systemFolder();
+
+// The folder for work files: TMPDIR (or /tmp) where that belongs to this user alone, else a folder
+// of this user's in it, created here. Where it cannot be created the path is returned all the same,
+// and writing there tells why. Throws RuntimeError 70 where somebody else holds its name.
+std::string temporaryFolder();
+
+}  // namespace veltgeneral::platform

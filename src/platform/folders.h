@@ -9,6 +9,14 @@ namespace veltgeneral::platform {
 // "veltgeneral" in $XDG_STATE_HOME, by default below the home folder (XDG Base Directory 0.8).
 std::string stateFolder();
 
+// Where the user's own settings are kept: "veltgeneral" in $XDG_CONFIG_HOME, by default in .config
+// in the home folder.
+std::string configFolder();
+
+// Makes a folder and those missing above it, open to this user alone. False where it is not there
+// afterwards.
+bool makePrivateFolder(const std::string& path);
+
 // VELTGENERAL_WINDOWS_DIR and VELTGENERAL_SYSTEM_DIR as they stand; where they are not set,
 // "windows" in the state folder and "system" in that, created open to this user alone. Empty where
 // there is no such folder and none could be made.

@@ -37,12 +37,11 @@ bool isFolder(const std::string& path) {
   return fs::is_directory(path, ignored);
 }
 
-// The folder and those missing above it, open to this user alone.
-bool makePrivateFolder(const std::string& path) {
-  if (isFolder(path)) return true;
-  const std::string parent = fs::path(path).parent_path().string();
-  if (parent.empty() || parent == path || !makePrivateFolder(parent)) return false;
-  return ::mkdir(path.c_str(), S_IRWXU) == 0 || isFolder(path);
+std::string baseFolder(const char* variable, const char* inHome) {
+  // A relative path there is to be ignored.
+  const auto chosen = environment(variable);
+  const bool usable = chosen && chosen->starts_with('/');
+  return (usable ? withoutSlash(*chosen) : homeFolder() + inHome) + "/veltgeneral";
 }
 
 std::string folderFrom(const char* variable, const char* name) {
@@ -62,11 +61,15 @@ bool isOursAlone(const std::string& path) {
 
 }  // namespace
 
-std::string stateFolder() {
-  // A relative path there is to be ignored.
-  const auto chosen = environment("XDG_STATE_HOME");
-  const bool usable = chosen && chosen->starts_with('/');
-  return (usable ? withoutSlash(*chosen) : homeFolder() + "/.local/state") + "/veltgeneral";
+std::string stateFolder() { return baseFolder("XDG_STATE_HOME", "/.local/state"); }
+
+std::string configFolder() { return baseFolder("XDG_CONFIG_HOME", "/.config"); }
+
+bool makePrivateFolder(const std::string& path) {
+  if (isFolder(path)) return true;
+  const std::string parent = fs::path(path).parent_path().string();
+  if (parent.empty() || parent == path || !makePrivateFolder(parent)) return false;
+  return ::mkdir(path.c_str(), S_IRWXU) == 0 || isFolder(path);
 }
 
 std::string windowsFolder() { return folderFrom("VELTGENERAL_WINDOWS_DIR", "/windows"); }

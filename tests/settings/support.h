@@ -1,0 +1,73 @@
+// What the tests of the settings stores share: a folder of their own, whole files, many processes.
+#pragma once
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "platform/narrow_page.h"
+
+namespace veltgeneral::testing {
+
+// A new folder, gone with the object.
+class TemporaryFolder {
+ public:
+  TemporaryFolder() {
+    std::string pattern = std::filesystem::temp_directory_path() / "veltgeneral-XXXXXX";
+    path_ = ::mkdtemp(pattern.data());
+  }
+  ~TemporaryFolder() {
+    std::error_code ignored;
+    std::filesystem::permissions(path_, std::filesystem::perms::owner_all, ignored);
+    std::filesystem::remove_all(path_, ignored);
+  }
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+  std::string operator/(const std::string& name) const { return path_ + "/" + name; }
+  const std::string& path() const { return path_; }
+
+ private:
+  std::string path_;
+};
+
+inline std::string contentOf(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+inline void setContent(const std::string& path, std::string_view content) {
+  std::ofstream(path, std::ios::binary) << content;
+}
+
+// The first 256 characters, as ISO 8859-1 has them.
+inline const platform::NarrowPage& latin1() {
+  static const platform::NarrowPage kPage = [] {
+    platform::NarrowPage page{};
+    for (std::size_t i = 0; i < 256; ++i) page.characters[i] = static_cast<char16_t>(i);
+    page.byte = [](char16_t c) { return static_cast<std::uint8_t>(c < 256 ? c : '?'); };
+    return page;
+  }();
+  return kPage;
+}
+
+// A process of its own that runs `body`, which must not test anything; 0 when it went well.
+inline pid_t inProcess(const std::function<bool()>& body) {
+  const pid_t child = ::fork();
+  if (child == 0) ::_exit(body() ? 0 : 1);
+  return child;
+}
+
+inline bool succeeded(pid_t child) {
+  int status = 0;
+  return ::waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+}  // namespace veltgeneral::testing

@@ -50,6 +50,8 @@ class VELTGENERAL_API TextArray {
   Bounds bounds(int dimension = 1) const;
   // All cells, over both dimensions.
   std::size_t size() const noexcept { return size_; }
+  // At least the characters of all cells together.
+  std::size_t characters() const noexcept;
 
   // The text of a cell; valid until the array next changes. Throws RuntimeError 9 for an index
   // outside the bounds or the wrong number of indices.
@@ -71,7 +73,8 @@ class VELTGENERAL_API TextArray {
   friend VELTGENERAL_API bool operator==(const TextArray& one, const TextArray& other);
 
  private:
-  friend class TextArrayCells;  // loaders and sorts: automation/text_array_cells.h
+  friend class TextArrayBuilder;  // loaders: automation/text_array_builder.h
+  friend class TextArrayCells;    // sorts: automation/text_array_cells.h
 
   // Slab and offset in 40 bits, length in 24: see text_array.cpp.
   using Cell = std::uint64_t;
@@ -90,6 +93,7 @@ class VELTGENERAL_API TextArray {
   void allocateCells(std::size_t count);
   void store(std::size_t cell, TextView text);
   Cell append(TextView text);
+  void reserveSlab(std::size_t units);
   char16_t* claim(std::size_t units);
   Cell cellFor(const char16_t* text, std::size_t units) const noexcept;
   void compact();

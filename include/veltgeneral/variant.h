@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <memory>
 #include <variant>
-#include <vector>
 
+#include "veltgeneral/bytes.h"
 #include "veltgeneral/export.h"
 #include "veltgeneral/text.h"
 #include "veltgeneral/text_array.h"
@@ -50,7 +50,6 @@ struct Decimal {
   friend bool operator==(const Decimal&, const Decimal&) = default;
 };
 
-using Bytes = std::vector<std::uint8_t>;
 using ObjectRef = std::shared_ptr<Object>;
 
 // The order of the kinds is that of `Kind` and of the tags in veltgeneral_c.h.

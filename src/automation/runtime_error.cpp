@@ -41,7 +41,8 @@ constexpr std::array kMessages{
     Message{RunTime::memberNotSupported, u"Object does not support this property or method"},
     Message{RunTime::namedArgumentNotFound, u"Named argument not found"},
     Message{RunTime::argumentNotOptional, u"Argument not optional"},
-    Message{RunTime::wrongArgumentCount, u"Wrong number of arguments or invalid property assignment"},
+    Message{RunTime::wrongArgumentCount,
+            u"Wrong number of arguments or invalid property assignment"},
     Message{RunTime::entryNotFound, u"Specified DLL function not found"},
     Message{RunTime::printerError, u"Printer error"},
 };
@@ -49,9 +50,8 @@ constexpr std::array kMessages{
 }  // namespace
 
 TextView standardMessage(std::int32_t number) noexcept {
-  const auto* found = std::ranges::find(kMessages, number, [](const Message& m) {
-    return static_cast<std::int32_t>(m.error);
-  });
+  const auto* found = std::ranges::find(
+      kMessages, number, [](const Message& m) { return static_cast<std::int32_t>(m.error); });
   return found != kMessages.end() ? found->text : u"Application-defined or object-defined error";
 }
 

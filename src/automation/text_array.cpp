@@ -104,6 +104,12 @@ Bounds TextArray::bounds(int dimension) const {
   return bounds_[dimension - 1];
 }
 
+std::size_t TextArray::characters() const noexcept {
+  std::size_t used = 0;
+  for (const Slab& slab : slabs_) used += slab.used;
+  return used - garbage_;
+}
+
 TextView TextArray::at(std::int32_t index) const { return view(cells_[this->index(index)]); }
 
 TextView TextArray::at(std::int32_t field, std::int32_t row) const {
@@ -209,18 +215,23 @@ TextArray::Cell TextArray::append(TextView text) {
   return cellFor(place, text.size());
 }
 
+void TextArray::reserveSlab(std::size_t units) {
+  Slab slab;
+  slab.text.reset(static_cast<char16_t*>(std::malloc(units * sizeof(char16_t))));
+  if (!slab.text) fail(RunTime::outOfMemory);
+  slab.capacity = units;
+  platform::preferHugePages(slab.text.get(), units * sizeof(char16_t));
+  slabs_.push_back(std::move(slab));
+}
+
 char16_t* TextArray::claim(std::size_t units) {
   const bool own = units >= kOwnSlab;
-  if (slabs_.empty() || own || slabs_.back().capacity - slabs_.back().used < units) {
+  if (own) {
+    reserveSlab(units);
+  } else if (slabs_.empty() || slabs_.back().capacity - slabs_.back().used < units) {
+    if (slabs_.size() >= kSharedSlabs) fail(RunTime::outOfMemory);
     const std::size_t last = slabs_.empty() ? kFirstSlab / 2 : slabs_.back().capacity;
-    const std::size_t capacity = own ? units : std::max(units, std::min(last * 2, kSlabLimit));
-    if (!own && slabs_.size() >= kSharedSlabs) fail(RunTime::outOfMemory);
-    Slab slab;
-    slab.text.reset(static_cast<char16_t*>(std::malloc(capacity * sizeof(char16_t))));
-    if (!slab.text) fail(RunTime::outOfMemory);
-    slab.capacity = capacity;
-    platform::preferHugePages(slab.text.get(), capacity * sizeof(char16_t));
-    slabs_.push_back(std::move(slab));
+    reserveSlab(std::max(units, std::min(last * 2, kSlabLimit)));
   }
   Slab& slab = slabs_.back();
   char16_t* place = slab.text.get() + slab.used;
@@ -237,9 +248,7 @@ TextArray::Cell TextArray::cellFor(const char16_t* text, std::size_t units) cons
 }
 
 void TextArray::compact() {
-  std::size_t used = 0;
-  for (const Slab& slab : slabs_) used += slab.used;
-  if (garbage_ > used / 2) *this = TextArray(*this);
+  if (garbage_ > characters()) *this = TextArray(*this);
 }
 
 }  // namespace veltgeneral

@@ -18,6 +18,14 @@
 
 namespace veltgeneral {
 
+// The kinds are in the order of the variant's alternatives.
+template <class T, class... All>
+constexpr Kind kindAmong(const std::variant<All...>* /*order*/) {
+  std::uint8_t at = 0;
+  (void)((std::is_same_v<T, All> || (++at, false)) || ...);
+  return static_cast<Kind>(at);
+}
+
 template <class T>
 constexpr Kind kindFor() {
   if constexpr (std::is_same_v<T, TextView>)
@@ -27,7 +35,7 @@ constexpr Kind kindFor() {
   else if constexpr (std::is_same_v<T, Object> || !kTypeName<T>.empty())
     return Kind::object;
   else
-    return static_cast<Kind>(Variant(T{}).index());
+    return kindAmong<T>(static_cast<const Variant*>(nullptr));
 }
 
 template <class T>

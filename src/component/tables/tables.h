@@ -4,13 +4,14 @@
 
 #include "veltgeneral/component.h"
 #include "veltgeneral/err_info.h"
+#include "veltgeneral/file_utility.h"
 
 namespace veltgeneral {
 
 template <class... C>
 struct ClassList {};
 
-using Classes = ClassList<ErrInfo>;
+using Classes = ClassList<ErrInfo, FileUtility>;
 
 // Name, summary and rows of C.
 template <class C>
@@ -18,5 +19,7 @@ Class describeClass();
 
 template <>
 Class describeClass<ErrInfo>();
+template <>
+Class describeClass<FileUtility>();
 
 }  // namespace veltgeneral

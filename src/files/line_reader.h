@@ -1,0 +1,74 @@
+// Reading a file by whole lines, many at a time, each line end and each character of interest
+// already found.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "platform/files.h"
+
+namespace veltgeneral {
+
+// One line of a batch. `marks` are the positions of the characters of interest in the batch's bytes
+// that lie in the line; the line break belongs to no line.
+struct Line {
+  std::size_t begin;
+  std::size_t end;
+  std::span<const std::uint32_t> marks;
+};
+
+// A line ends with CR or CR LF, or with the file; a file that ends with a line break has no empty
+// line behind it.
+class LineReader {
+ public:
+  // The characters of interest; give CR where there are fewer than two.
+  LineReader(platform::FileHandle file, char one, char two);
+
+  // Reads on until there is at least one whole line; false at the end of the file. Views of the
+  // batch before end. Throws RuntimeError.
+  bool next();
+
+  // The bytes of the batch's lines, with their line breaks.
+  std::span<const std::uint8_t> bytes() const noexcept { return {buffer_.data(), complete_}; }
+
+  // Calls `each` with every line of the batch.
+  template <class Each>
+  void forEachLine(Each&& each) const;
+
+  // Of the file when it was opened, in bytes.
+  std::uint64_t size() const noexcept { return size_; }
+
+ private:
+  void fill();
+  void scan();
+
+  platform::FileHandle file_;
+  std::uint64_t size_;
+  char one_;
+  char two_;
+  bool atEnd_ = false;
+  std::vector<std::uint8_t> buffer_;
+  std::size_t filled_ = 0;
+  std::size_t complete_ = 0;  // whole lines end here
+  std::vector<std::uint32_t> marks_;
+  std::size_t markCount_ = 0;
+};
+
+template <class Each>
+void LineReader::forEachLine(Each&& each) const {
+  const std::uint32_t* const marks = marks_.data();
+  std::size_t begin = 0;
+  std::size_t firstMark = 0;
+  for (std::size_t i = 0; i < markCount_; ++i) {
+    const std::size_t at = marks[i];
+    if (buffer_[at] != '\r') continue;
+    each(Line{begin, at, {marks + firstMark, i - firstMark}});
+    begin = at + 1;
+    if (begin < complete_ && buffer_[begin] == '\n') ++begin;
+    firstMark = i + 1;
+  }
+  if (begin < complete_) each(Line{begin, complete_, {marks + firstMark, markCount_ - firstMark}});
+}
+
+}  // namespace veltgeneral

@@ -1,0 +1,67 @@
+// What the classes need of a disk.
+//
+// Paths are host paths. Every failure is a RuntimeError: 53 no such file, 76 no such folder,
+// 70 access denied, 75 a folder where a file is wanted (or no name at all), 52 a name the host
+// cannot have, 61 disk full, 67 too many open files, 57 a device, and whatever else the host
+// reports. Nothing stays open after a failure.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+
+#include "veltgeneral/text.h"
+
+namespace veltgeneral::platform {
+
+// An open regular file; closed with the object.
+class FileHandle {
+ public:
+  FileHandle(FileHandle&& other) noexcept;
+  FileHandle& operator=(FileHandle&& other) noexcept;
+  ~FileHandle();
+
+  // Pipes and devices are refused, and so never waited for.
+  static FileHandle openForReading(const std::string& path);
+  // Creates the file or empties it.
+  static FileHandle openForWriting(const std::string& path);
+
+  std::uint64_t size() const;
+  // Up to `buffer.size()` bytes from the current position; fewer only at the end of the file.
+  std::size_t read(std::span<std::uint8_t> buffer);
+  std::size_t readAt(std::uint64_t offset, std::span<std::uint8_t> buffer);
+  void write(std::span<const std::uint8_t> bytes);
+  // Reports what the host only tells at the end.
+  void close();
+
+  int descriptor() const noexcept { return descriptor_; }
+
+ private:
+  explicit FileHandle(int descriptor) noexcept : descriptor_(descriptor) {}
+  int descriptor_;
+};
+
+// File attributes as applications know them; their sum is a set.
+enum FileAttribute : std::int32_t {
+  kReadOnly = 1,
+  kHidden = 2,
+  kSystem = 4,
+  kArchive = 32,
+};
+
+// The attributes of a regular file; nothing for a path that is none. Read-only is the absence of
+// every write permission bit, whatever the rights of the process. A leading dot is hidden.
+std::optional<std::int32_t> fileAttributes(const std::string& path);
+
+// Gives a regular file exactly these attributes; throws RuntimeError 5 for bits that are none of
+// them. On a file system that keeps no extended attributes only read-only is kept.
+void setFileAttributes(const std::string& path, std::int32_t attributes);
+
+// Calls `found` with the name of every regular file in `folder`. A folder that is
+// not there has none.
+void listFiles(const std::string& folder,
+               const std::function<void(const std::string& name)>& found);
+
+}  // namespace veltgeneral::platform

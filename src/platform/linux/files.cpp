@@ -1,0 +1,126 @@
+#include "platform/files.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <memory>
+#include <utility>
+
+#include "platform/linux/host_error.h"
+
+namespace veltgeneral::platform {
+namespace {
+
+// One system call, again when a signal interrupted it.
+template <class Call>
+auto retried(Call&& call) {
+  auto result = call();
+  while (result == -1 && errno == EINTR) result = call();
+  return result;
+}
+
+struct stat statusOf(int descriptor) {
+  struct stat info {};
+  if (fstat(descriptor, &info) != 0) failWith(errno, "/");
+  return info;
+}
+
+// Opened without waiting, looked at, and only then used: a pipe would block its opener for good.
+int openRegular(const std::string& path, int flags) {
+  const int descriptor =
+      retried([&] { return open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0666); });
+  if (descriptor < 0) failWith(errno, path);
+  struct stat info {};
+  if (fstat(descriptor, &info) == 0 && S_ISREG(info.st_mode)) return descriptor;
+  ::close(descriptor);
+  failWith(S_ISDIR(info.st_mode) ? EISDIR : EIO, path);
+}
+
+}  // namespace
+
+FileHandle::FileHandle(FileHandle&& other) noexcept
+    : descriptor_(std::exchange(other.descriptor_, -1)) {}
+
+FileHandle& FileHandle::operator=(FileHandle&& other) noexcept {
+  std::swap(descriptor_, other.descriptor_);
+  return *this;
+}
+
+FileHandle::~FileHandle() {
+  if (descriptor_ >= 0) ::close(descriptor_);
+}
+
+FileHandle FileHandle::openForReading(const std::string& path) {
+  return FileHandle(openRegular(path, O_RDONLY));
+}
+
+FileHandle FileHandle::openForWriting(const std::string& path) {
+  return FileHandle(openRegular(path, O_WRONLY | O_CREAT | O_TRUNC));
+}
+
+std::uint64_t FileHandle::size() const {
+  return static_cast<std::uint64_t>(statusOf(descriptor_).st_size);
+}
+
+std::size_t FileHandle::read(std::span<std::uint8_t> buffer) {
+  std::size_t done = 0;
+  while (done < buffer.size()) {
+    const auto count =
+        retried([&] { return ::read(descriptor_, buffer.data() + done, buffer.size() - done); });
+    if (count < 0) failWith(errno, "/");
+    if (count == 0) break;
+    done += static_cast<std::size_t>(count);
+  }
+  return done;
+}
+
+std::size_t FileHandle::readAt(std::uint64_t offset, std::span<std::uint8_t> buffer) {
+  std::size_t done = 0;
+  while (done < buffer.size()) {
+    const auto count = retried([&] {
+      return pread(descriptor_, buffer.data() + done, buffer.size() - done,
+                   static_cast<off_t>(offset + done));
+    });
+    if (count < 0) failWith(errno, "/");
+    if (count == 0) break;
+    done += static_cast<std::size_t>(count);
+  }
+  return done;
+}
+
+void FileHandle::write(std::span<const std::uint8_t> bytes) {
+  while (!bytes.empty()) {
+    const auto count = retried([&] { return ::write(descriptor_, bytes.data(), bytes.size()); });
+    if (count < 0) failWith(errno, "/");
+    bytes = bytes.subspan(static_cast<std::size_t>(count));
+  }
+}
+
+void FileHandle::close() {
+  // Closed whatever the answer; an interrupted close has closed on Linux.
+  if (::close(std::exchange(descriptor_, -1)) != 0 && errno != EINTR) failWith(errno, "/");
+}
+
+void listFiles(const std::string& folder,
+               const std::function<void(const std::string& name)>& found) {
+  const std::unique_ptr<DIR, int (*)(DIR*)> directory(opendir(folder.c_str()), &closedir);
+  if (!directory) {
+    if (errno == ENOENT || errno == ENOTDIR) return;
+    failWith(errno, folder);
+  }
+  const int parent = dirfd(directory.get());
+  for (errno = 0; const dirent* entry = readdir(directory.get()); errno = 0) {
+    bool regular = entry->d_type == DT_REG;
+    if (entry->d_type == DT_UNKNOWN || entry->d_type == DT_LNK) {
+      struct stat info {};
+      regular = fstatat(parent, entry->d_name, &info, 0) == 0 && S_ISREG(info.st_mode);
+    }
+    if (regular) found(entry->d_name);
+  }
+  if (errno != 0) failWith(errno, folder);
+}
+
+}  // namespace veltgeneral::platform

@@ -44,7 +44,8 @@ int widthOf(const PangoLayoutLine* line) {
 
 Fallback::Fallback(const FontRequest& request, double cell)
     : cell_(cell),
-      context_(pango_font_map_create_context(pango_cairo_font_map_get_default())),
+      fonts_(pango_cairo_font_map_new()),
+      context_(pango_font_map_create_context(fonts_.get())),
       layout_(pango_layout_new(context_.get())),
       description_(pango_font_description_new()) {
   pango_cairo_context_set_font_options(context_.get(), fontOptions());

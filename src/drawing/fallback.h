@@ -28,6 +28,7 @@ class Fallback {
   PangoLayoutLine* shape(double size, std::u16string_view run);
 
   double cell_;
+  Handle<PangoFontMap, g_object_unref> fonts_;  // our own: the default one belongs to its thread
   Handle<PangoContext, g_object_unref> context_;
   Handle<PangoLayout, g_object_unref> layout_;
   Handle<PangoFontDescription, pango_font_description_free> description_;

@@ -94,7 +94,10 @@ void CodePage::narrow(TextView text, std::uint8_t* out) const noexcept {
 }
 
 const CodePage& systemCodePage() {
-  static const CodePage page(platform::environment("VELTGENERAL_CODEPAGE").value_or("CP1252"));
+  static const CodePage page = [] {
+    const auto name = platform::environment("VELTGENERAL_CODEPAGE");
+    return CodePage(name && !name->empty() ? *name : "CP1252");
+  }();
   return page;
 }
 

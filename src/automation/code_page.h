@@ -34,7 +34,7 @@ class CodePage {
   bool holdsAscii_ = true;  // bytes 0 to 127 are the characters of the same number
 };
 
-// The page in force for the process; lives for good.
+// The page in force for the process; lives for good. Throws RuntimeError 5 as the constructor does.
 const CodePage& systemCodePage();
 
 std::string toBytes(TextView text, const CodePage& page = systemCodePage());

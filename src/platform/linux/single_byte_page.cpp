@@ -43,6 +43,7 @@ class Converter {
 }  // namespace
 
 std::optional<std::array<char16_t, 256>> singleBytePage(const std::string& name) {
+  if (name.empty()) return std::nullopt;  // iconv takes it for the process's own
   const Converter converter(name);
   if (!converter.known()) return std::nullopt;
   std::array<char16_t, 256> page{};

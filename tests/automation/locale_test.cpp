@@ -1,0 +1,109 @@
+#include "automation/locale.h"
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cstdlib>
+#include <thread>
+
+#include "automation/calendar.h"
+#include "automation/coerce.h"
+#include "support/compiled_locales.h"
+
+namespace veltgeneral {
+namespace {
+
+const Date kAfternoon{45322 + 13.5 / 24};  // 31 January 2024, 13:30
+
+struct Case {
+  const char* name;
+  TextView number;  // of 1234.5
+  TextView general;
+  TextView names;  // weekday and month
+};
+
+const Case kCases[] = {
+    {"it_IT", u"1234,5", u"31/01/2024 13:30:00", u"mer mercoledì gen gennaio"},
+    {"it", u"1234,5", u"31/01/2024 13:30:00", u"mer mercoledì gen gennaio"},
+    {"it-IT.UTF-8@euro", u"1234,5", u"31/01/2024 13:30:00", u"mer mercoledì gen gennaio"},
+    {"en_US.UTF-8", u"1234.5", u"1/31/2024 1:30:00 PM", u"Wed Wednesday Jan January"},
+    {"C", u"1234.5", u"1/31/2024 1:30:00 PM", u"Wed Wednesday Jan January"},
+    {"xx_YY", u"1234.5", u"1/31/2024 1:30:00 PM", u"Wed Wednesday Jan January"},
+    {"fr_FR", u"1234,5", u"31/01/2024 13:30:00", u"mer. mercredi janv. janvier"},
+    {"de_DE", u"1234,5", u"31.01.2024 13:30:00", u"Mi Mittwoch Jan Januar"},
+    {"sv_SE", u"1234,5", u"2024-01-31 13:30:00", u"ons onsdag jan januari"},
+};
+
+TEST(Locale, WritesAndReadsItsOwn) {
+  const char* process = std::setlocale(LC_ALL, nullptr);
+  const CompiledLocales compiled({"fr_FR", "de_DE", "sv_SE"});
+  for (const Case& c : kCases) {
+    SCOPED_TRACE(c.name);
+    const ScopedLocale locale(c.name);
+    EXPECT_EQ(toText(1234.5), c.number);
+    EXPECT_EQ(toDouble(c.number), 1234.5);
+    EXPECT_EQ(toText(kAfternoon), c.general);
+    EXPECT_EQ(toDate(Text(c.general)), kAfternoon);
+    EXPECT_EQ(formatDate(kAfternoon, u"ddd dddd mmm mmmm"), c.names);
+    EXPECT_TRUE(isDate(formatDate(kAfternoon, u"d mmm yyyy")));
+  }
+  EXPECT_STREQ(std::setlocale(LC_ALL, nullptr), process);
+
+  const ScopedLocale french("fr_FR");
+  EXPECT_EQ(userLocale().currency, u"€");
+  EXPECT_EQ(toDouble(u"1\u202F234,5\u00A0€"), 1234.5);
+  EXPECT_TRUE(isDate(u"3 FÉVRIER 2024"));
+  EXPECT_TRUE(isDate(u"3 févr 2024"));
+  EXPECT_FALSE(isDate(u"3 February 2024"));
+}
+
+TEST(Locale, AScopeEndsAndStaysOnItsThread) {
+  const ScopedLocale outer("it_IT");
+  {
+    const ScopedLocale inner("en_US");
+    EXPECT_EQ(userLocale().name, u"en_US");
+    // Not the scope's, but the user's, whatever that is here.
+    const Locale* user = &userLocale();
+    std::thread([&] { user = &userLocale(); }).join();
+    EXPECT_NE(user, &userLocale());
+  }
+  EXPECT_EQ(userLocale().name, u"it_IT");
+}
+
+// What the environment chooses is chosen once a process, so each row is a process of its own.
+TEST(LocaleDeathTest, TheEnvironmentChooses) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const struct {
+    const char* set;  // variable=value, apart by blanks
+    TextView name;
+  } cases[] = {
+      {"VELTGENERAL_LOCALE=it_IT LC_ALL=en_US LANG=en_US", u"it_IT"},
+      {"VELTGENERAL_LOCALE= LC_ALL=it_IT.UTF-8 LANG=en_US", u"it_IT"},
+      {"LC_ALL= LC_NUMERIC=it_IT LC_TIME=en_US LANG=en_US", u"it_IT/en_US"},
+      {"LANG=it_IT", u"it_IT"},
+      {"", u"en_US"},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EXIT(
+        {
+          for (const char* name :
+               {"VELTGENERAL_LOCALE", "LC_ALL", "LC_NUMERIC", "LC_TIME", "LANG"}) {
+            ::unsetenv(name);
+          }
+          const std::string_view all(c.set);
+          for (std::size_t at = 0; at < all.size();) {
+            const std::size_t end = std::min(all.find(' ', at), all.size());
+            ::putenv(::strndup(all.data() + at, end - at));
+            at = end + 1;
+          }
+          bool right = false;
+          std::thread([&] { right = userLocale().name == c.name; }).join();
+          std::exit(right ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "")
+        << c.set;
+  }
+}
+
+}  // namespace
+}  // namespace veltgeneral

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "veltgeneral/err_info.h"
+#include "veltgeneral/funzioni.h"
 
 namespace veltgeneral {
 
@@ -15,6 +16,8 @@ template <>
 inline constexpr std::string_view kTypeName<typeInfoCostant> = "typeInfoCostant";
 template <>
 inline constexpr std::string_view kTypeName<ErrInfo> = "ErrInfo";
+template <>
+inline constexpr std::string_view kTypeName<Funzioni> = "Funzioni";
 template <>
 inline constexpr std::string_view kTypeName<structError> = "structError";
 

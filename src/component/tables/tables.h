@@ -5,13 +5,14 @@
 #include "veltgeneral/component.h"
 #include "veltgeneral/err_info.h"
 #include "veltgeneral/file_utility.h"
+#include "veltgeneral/funzioni.h"
 
 namespace veltgeneral {
 
 template <class... C>
 struct ClassList {};
 
-using Classes = ClassList<ErrInfo, FileUtility>;
+using Classes = ClassList<ErrInfo, FileUtility, Funzioni>;
 
 // Name, summary and rows of C.
 template <class C>
@@ -21,5 +22,7 @@ template <>
 Class describeClass<ErrInfo>();
 template <>
 Class describeClass<FileUtility>();
+template <>
+Class describeClass<Funzioni>();
 
 }  // namespace veltgeneral

@@ -84,10 +84,8 @@ void Canvas::image(const Image& picture, const Rectangle& area) {
   cairo_translate(context_.get(), area.x, area.y);
   cairo_scale(context_.get(), area.width / dots.width, area.height / dots.height);
   cairo_set_source_surface(context_.get(), picture.handle(), 0, 0);
-  // Without this the edges fade into the paper where the picture is enlarged.
-  cairo_pattern_set_extend(cairo_get_source(context_.get()), CAIRO_EXTEND_PAD);
-  cairo_rectangle(context_.get(), 0, 0, dots.width, dots.height);
-  cairo_fill(context_.get());
+  // The picture itself, no pattern of it: a PDF then takes it as it is.
+  cairo_paint(context_.get());
   cairo_restore(context_.get());
 }
 

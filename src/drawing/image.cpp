@@ -76,6 +76,9 @@ Image::Image(const std::string& path) {
     surface_ = readJpeg(bytes);
   else
     throw Error("neither a PNG nor a JPEG picture");
+  // Under one name a document holds a picture once, even if it was forgotten and read again.
+  attach(surface_.get(), CAIRO_MIME_TYPE_UNIQUE_ID,
+         {reinterpret_cast<const unsigned char*>(path.data()), path.size()});
 }
 
 Size Image::dots() const {

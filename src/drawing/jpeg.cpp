@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 #include <vector>
 
 #include <jpeglib.h>
@@ -90,17 +91,21 @@ Surface Decoder::decode() {
 
 }  // namespace
 
-Surface readJpeg(std::span<const unsigned char> bytes) {
-  Surface surface = Decoder(bytes).decode();
+void attach(cairo_surface_t* surface, const char* kind, std::span<const unsigned char> bytes) {
   auto* copy = static_cast<unsigned char*>(std::malloc(bytes.size()));
   if (copy == nullptr) throw std::bad_alloc();
   std::memcpy(copy, bytes.data(), bytes.size());
-  if (cairo_surface_set_mime_data(surface.get(), CAIRO_MIME_TYPE_JPEG, copy,
-                                  static_cast<unsigned long>(bytes.size()), std::free,
-                                  copy) != CAIRO_STATUS_SUCCESS) {
+  const auto length = static_cast<unsigned long>(bytes.size());
+  if (cairo_surface_set_mime_data(surface, kind, copy, length, std::free, copy) !=
+      CAIRO_STATUS_SUCCESS) {
     std::free(copy);
     throw std::bad_alloc();
   }
+}
+
+Surface readJpeg(std::span<const unsigned char> bytes) {
+  Surface surface = Decoder(bytes).decode();
+  attach(surface.get(), CAIRO_MIME_TYPE_JPEG, bytes);
   return surface;
 }
 

@@ -1,4 +1,4 @@
-// The JPEG half of Image, and the bounds that both halves keep.
+// The JPEG half of Image, and what both halves share.
 #pragma once
 
 #include <cairo.h>
@@ -13,6 +13,9 @@ namespace veltgeneral::drawing {
 
 constexpr std::size_t kMostBytes = 256u << 20;
 constexpr std::uint64_t kMostDots = 50'000'000;
+
+// Keeps a copy of `bytes` with the surface, as Cairo's data of the named kind.
+void attach(cairo_surface_t* surface, const char* kind, std::span<const unsigned char> bytes);
 
 // Decodes the whole picture, so that damage is found here, and keeps its bytes beside the dots: a
 // PDF takes them as they are. Throws Error.

@@ -86,6 +86,10 @@ void PdfFile::setAuthor(std::u16string_view author) {
   cairo_pdf_surface_set_metadata(surface_.get(), CAIRO_PDF_METADATA_AUTHOR, toUtf8(author).c_str());
 }
 
+void PdfFile::setPageSize(Size page) {
+  cairo_pdf_surface_set_size(surface_.get(), page.width, page.height);
+}
+
 void PdfFile::check() const {
   // The file knows why; Cairo only that.
   if (file_.error() != 0) throw Error::ofSystem(file_.error());

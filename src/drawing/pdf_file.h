@@ -45,6 +45,9 @@ class PdfFile {
   void setTitle(std::u16string_view title);
   void setAuthor(std::u16string_view author);
 
+  // Of the page at hand, while nothing is drawn on it, and of those that follow.
+  void setPageSize(Size page);
+
   Canvas& canvas() { return canvas_; }
   // Throws Error as soon as the disk has refused a byte.
   void endPage();

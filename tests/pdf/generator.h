@@ -1,0 +1,92 @@
+// Runs the generator in a folder of the test's own and reads its documents with independent tools.
+#pragma once
+
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <regex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "drawing/temp_folder.h"
+
+namespace veltgeneral::pdf {
+
+constexpr double kCm = 72 / 2.54;
+
+struct Result {
+  std::int16_t number;
+  std::string message;  // without the blanks that fill it
+};
+
+struct Word {
+  int page;  // from 1
+  double left, top, right, bottom;
+  std::string text;
+};
+
+class Generator {
+ public:
+  // What the engine makes of `commands`, in <folder>/a.pdf.
+  Result run(std::string_view commands) const {
+    return runFiles(folder.write("a.txt", commands), folder / "a.pdf");
+  }
+  static Result runFiles(const std::string& commandFile, const std::string& pdfFile) {
+    using Entry = std::int16_t(const char*, const char*, char*);
+    static auto* entry =
+        reinterpret_cast<Entry*>(::dlsym(::dlopen(PDF_MODULE, RTLD_NOW), "VBRavpdf"));
+    std::string message(151, '#');
+    const std::int16_t number = entry(commandFile.c_str(), pdfFile.c_str(), message.data());
+    EXPECT_EQ(message.back(), '#') << "wrote beyond the buffer";
+    message.pop_back();
+    EXPECT_EQ(message.find('\0'), std::string::npos);
+    message.erase(message.find_last_not_of(' ') + 1);
+    return {number, message};
+  }
+
+  // The output of a shell command; %s stands for the document.
+  std::string ask(std::string_view tool) const {
+    std::string command(tool);
+    command.replace(command.find("%s"), 2, folder / "a.pdf");
+    std::FILE* pipe = ::popen(command.c_str(), "r");
+    std::string out;
+    for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe)) out += static_cast<char>(c);
+    EXPECT_EQ(::pclose(pipe), 0) << command;
+    return out;
+  }
+  std::string info(const std::string& name) const {
+    std::smatch found;
+    const std::string all = ask("pdfinfo %s");
+    return std::regex_search(all, found, std::regex(name + ": +(.*)")) ? found[1].str() : "";
+  }
+  // Every word of the document with its place in points, as a reader finds it.
+  std::vector<Word> words() const {
+    const std::string all = ask("pdftotext -bbox %s - 2>/dev/null");
+    static const std::regex item(
+        "<page |xMin=\"(.*?)\" yMin=\"(.*?)\" xMax=\"(.*?)\" yMax=\"(.*?)\">(.*?)</word>");
+    std::vector<Word> words;
+    int page = 0;
+    for (std::sregex_iterator i(all.begin(), all.end(), item); i != std::sregex_iterator(); ++i) {
+      if (!(*i)[1].matched)
+        ++page;
+      else
+        words.push_back({page, std::stod((*i)[1]), std::stod((*i)[2]), std::stod((*i)[3]),
+                         std::stod((*i)[4]), (*i)[5]});
+    }
+    return words;
+  }
+  // The words of a page in reading order, a blank between them.
+  std::string pageText(int page) const {
+    std::string text;
+    for (const Word& word : words())
+      if (word.page == page) text += (text.empty() ? "" : " ") + word.text;
+    return text;
+  }
+
+  drawing::TempFolder folder;
+};
+
+}  // namespace veltgeneral::pdf

@@ -1,0 +1,43 @@
+// What tests ask of results.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <ostream>
+#include <tuple>
+
+#include "veltgeneral/err_info.h"
+
+namespace veltgeneral {
+
+inline void PrintTo(const ErrInfo& result, std::ostream* out) {
+  *out << result.numberInfo() << " '" << toUtf8(result.descriptionInfo()) << "' severity "
+       << result.typeInfo() << " at " << toUtf8(result.locationInfo()) << " of "
+       << toUtf8(result.classInfo()) << ", process " << toUtf8(result.processInfo());
+}
+
+namespace test {
+
+// Every field of a result, comparable and printable.
+inline auto fields(const ErrInfo& r) {
+  return std::tuple(r.numberInfo(), toUtf8(r.descriptionInfo()), r.typeInfo(),
+                    toUtf8(r.locationInfo()), toUtf8(r.classInfo()), toUtf8(r.processInfo()),
+                    toUtf8(std::get<Text>(r.stepInfo())));
+}
+
+inline auto failure(std::int32_t number, const char* message, const char* location,
+                    const char* className) {
+  return std::tuple(number, std::string(message), std::int16_t{1}, std::string(location),
+                    std::string(className), std::string("VELTGENERAL"), std::string());
+}
+
+inline auto fresh() { return fields(ErrInfo()); }
+
+inline auto cleared() {
+  ErrInfo result;
+  result.clear();
+  return fields(result);
+}
+
+}  // namespace test
+}  // namespace veltgeneral

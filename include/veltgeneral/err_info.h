@@ -36,13 +36,13 @@ enum gcmFunzioni : std::int32_t { gcmfunzioniDATEINVALID = -2147220704 };  // 0x
 
 // What ErrInfoNew reads; a field left empty says nothing.
 struct structError {
-  Variant vntNumberInfo;
-  Variant vntDescriptionInfo;
-  Variant vntTypeInfo;
-  Variant vntLocationInfo;
-  Variant vntProcessInfo;
-  Variant vntClassInfo;
-  Variant vntStepInfo;
+  Variant vntNumberInfo{};
+  Variant vntDescriptionInfo{};
+  Variant vntTypeInfo{};
+  Variant vntLocationInfo{};
+  Variant vntProcessInfo{};
+  Variant vntClassInfo{};
+  Variant vntStepInfo{};
 };
 
 class VELTGENERAL_API ErrInfo {

@@ -6,6 +6,7 @@
 #include "platform/files.h"
 #include "support/temporary_folder.h"
 #include "veltgeneral/file_utility.h"
+#include "veltgeneral/runtime_error.h"
 
 namespace veltgeneral {
 namespace {

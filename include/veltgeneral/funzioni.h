@@ -23,6 +23,14 @@ class VELTGENERAL_API Funzioni {
  public:
   Funzioni();
 
+  // Cuts one semicolon-delimited line into the elements 1, 2, ... of `sArrayValue`, whose upper
+  // bound is the most fields that the line may have (Array di input sottodimensionato, and nothing
+  // stored, where it has more). ";" inside quotes does not separate; a field loses the quotes around
+  // it, then a doubled quote becomes one; blanks stay. At most 32,767 characters (error 6). Success
+  // is a cleared result.
+  ErrInfo getValueFromCsvString(TextView sStringValue, TextArray& sArrayValue,
+                                std::int32_t& lNumFieldFound);
+
   // Days and times that the calendar has, written in exactly 8, 14 and 6 digits, years 1000 to
   // 9999. A time other than midnight before 30 December 1899 is refused: the sum of a negative day
   // number and a time does not come back as it went in.

@@ -152,7 +152,9 @@ TEST(CsvLine, Refusals) {
     std::int32_t found = -1;
     EXPECT_EQ(fields(Funzioni().getValueFromCsvString(c.line, array, found)), c.result);
     EXPECT_EQ(found, c.found) << toUtf8(c.line.substr(0, 20));
-    if (!c.first.empty()) EXPECT_EQ(array.at(1), c.first);
+    if (!c.first.empty()) {
+      EXPECT_EQ(array.at(1), c.first);
+    }
   }
   TextArray wide({1, 32767});
   std::int32_t found = 0;

@@ -26,6 +26,8 @@ constexpr Case kCases[] = {
     {u"README.*", u"readme", true},
     {u"*.", u"README", true},
     {u"*.", u"a.txt", false},
+    {u"*.?", u"a.tx", false},
+    {u"*.?", u"a.b.t", true},
     // A question mark may find nothing before a point or at the end.
     {u"a?.txt", u"ab.txt", true},
     {u"a?.txt", u"a.txt", true},

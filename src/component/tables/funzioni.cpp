@@ -8,6 +8,8 @@ namespace veltgeneral {
 namespace {
 
 constexpr Member kRows[] = {
+    method<&Funzioni::getValueFromCsvString>("getValueFromCsvString", "sStringValue", "sArrayValue",
+                                             "lNumFieldFound"),
     method<&Funzioni::isDateYYYYMMDD>("isDateYYYYMMDD", "sDate"),
     method<&Funzioni::isDateYYYYMMDDHH24MISS>("isDateYYYYMMDDHH24MISS", "sDate"),
     method<&Funzioni::isTimeHH24MISS>("isTimeHH24MISS", "sTime"),

@@ -1,0 +1,121 @@
+// Real servers on loopback for one test: each has its own folder and port, and is gone with its
+// object. Waits end after ten seconds at most.
+#pragma once
+
+#include <sys/types.h>
+
+#include <atomic>
+#include <filesystem>
+#include <functional>
+#include <list>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+namespace veltgeneral::test {
+
+constexpr int kPatienceSeconds = 10;
+
+class TempFolder {
+ public:
+  TempFolder();
+  TempFolder(const TempFolder&) = delete;
+  TempFolder& operator=(const TempFolder&) = delete;
+  ~TempFolder();
+
+  const std::filesystem::path& path() const { return path_; }
+  // Writes a file and returns its path.
+  std::string write(const std::string& name, std::string_view content) const;
+
+ private:
+  std::filesystem::path path_;
+};
+
+// Whether `condition` comes true in time.
+bool eventually(const std::function<bool()>& condition);
+
+int freePort();
+
+// A child process, killed with its object (and with the test, should that crash).
+class Process {
+ public:
+  explicit Process(const std::vector<std::string>& command);
+  Process(const Process&) = delete;
+  Process& operator=(const Process&) = delete;
+  ~Process() { finish(true); }
+
+  // The exit status, after killing it where asked to.
+  int finish(bool kill);
+
+ private:
+  pid_t pid_;
+};
+
+// Runs a command to its end; throws where it fails.
+void run(const std::vector<std::string>& command);
+
+// A server program that is ready when something listens on its port.
+class Daemon {
+ public:
+  Daemon(const std::vector<std::string>& command, int port);
+
+ private:
+  Process process_;
+};
+
+// A server in this process for what no decent server does. `answer` gets a connection and the head
+// of its request, and the connection is closed when it returns.
+class ScriptedServer {
+ public:
+  class Connection {
+   public:
+    explicit Connection(int socket) : socket_(socket) {}
+    // False when the other side is gone or does not read for long.
+    bool send(std::string_view bytes) const;
+    // Up to the empty line and what came with it; empty at the end.
+    std::string receiveHead() const;
+    // Until the other side is gone.
+    void waitForEnd() const;
+
+   private:
+    int socket_;
+  };
+  using Answer = std::function<void(const Connection&, const std::string& head)>;
+
+  explicit ScriptedServer(Answer answer);
+  ScriptedServer(const ScriptedServer&) = delete;
+  ScriptedServer& operator=(const ScriptedServer&) = delete;
+  ~ScriptedServer();
+
+  std::string url() const { return "http://127.0.0.1:" + std::to_string(port_) + "/"; }
+
+ private:
+  void serve(int socket);
+
+  Answer answer_;
+  int listener_;
+  int port_;
+  std::atomic<bool> ending_ = false;
+  std::list<int> sockets_;
+  std::list<std::thread> threads_;
+  std::thread acceptor_;
+};
+
+// nginx with the given `server` blocks; "PORT1", "PORT2" ... in them stand for its ports, and the
+// folder "www" of `folder` is its root.
+class Nginx {
+ public:
+  Nginx(const TempFolder& folder, std::string servers, std::size_t ports = 1);
+
+  int port(std::size_t which = 1) const { return ports_[which - 1]; }
+  std::string url(const std::string& path, std::size_t which = 1) const {
+    return "http://127.0.0.1:" + std::to_string(port(which)) + path;
+  }
+
+ private:
+  std::vector<int> ports_;
+  std::list<Daemon> daemon_;
+};
+
+}  // namespace veltgeneral::test

@@ -21,6 +21,8 @@ template <class... Cases>
 struct Overloaded : Cases... {
   using Cases::operator()...;
 };
+template <class... Cases>
+Overloaded(Cases...) -> Overloaded<Cases...>;
 
 template <class T>
 concept NativeNumber = std::same_as<T, std::int16_t> || std::same_as<T, std::int32_t> ||

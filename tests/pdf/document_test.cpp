@@ -125,6 +125,25 @@ TEST(Document, AnEmptyFileIsAnEmptyPage) {
   EXPECT_EQ(generator.info("Pages"), "1");
 }
 
+TEST(Document, EveryPublishedExampleIsUnderstood) {
+  const Generator generator;
+  const std::string examples = SOURCE_DIR "/examples/invoice/";
+  EXPECT_EQ(Generator::runFiles(examples + "invoice.txt", generator.folder / "a.pdf").message, "");
+  EXPECT_EQ(generator.info("Pages"), "1");
+
+  generator.folder.write("logo.png", drawing::readAll(examples + "logo.png"));
+  const std::string page = drawing::readAll(SOURCE_DIR "/docs/pdf-commands.md");
+  int count = 0;
+  constexpr std::string_view kFence = "\n```\n";
+  for (std::size_t at = page.find(kFence); at != std::string::npos; ++count) {
+    const std::size_t end = page.find(kFence, at + 1);
+    const std::string example = page.substr(at + kFence.size(), end - at - kFence.size());
+    EXPECT_EQ(generator.run(example).message, "") << example;
+    at = page.find(kFence, end + 1);
+  }
+  EXPECT_GE(count, 10);
+}
+
 TEST(Table, CellsStandInTheirColumns) {
   const Generator generator;
   ASSERT_EQ(generator

@@ -9,7 +9,7 @@ namespace veltgeneral::pdf::layout {
 namespace {
 
 constexpr double kPadX = 0.12 * drawing::kPointsPerCm;
-constexpr double kPadY = 0.08 * drawing::kPointsPerCm;
+constexpr double kPadY = 0.1 * drawing::kPointsPerCm;
 constexpr double kSlack = 1e-6;
 
 }  // namespace

@@ -1,9 +1,11 @@
 // Late-bound calls: from a name and loose values to a row of a member table.
 #include <algorithm>
 #include <atomic>
+#include <functional>
 #include <vector>
 
 #include "component/component_object.h"
+#include "component/dispatch.h"
 #include "component/names.h"
 #include "veltgeneral/runtime_error.h"
 
@@ -31,7 +33,8 @@ class NameIndex {
 
   // The best row for `kind` among those of the name: the kind itself, else a method for a get and
   // a get for a method.
-  const Member& find(TextView name, CallKind kind) const {
+  template <class Name>
+  const Member& find(const Name& name, CallKind kind) const {
     const Member* other = nullptr;
     if (!name.empty()) {
       for (std::size_t at = hash(name); slots_[at] != kFree; at = (at + 1) & (slots_.size() - 1)) {
@@ -52,9 +55,7 @@ class NameIndex {
   template <class Name>
   std::size_t hash(const Name& name) const noexcept {
     const std::size_t n = name.size();
-    const auto unit = [&](std::size_t i) {
-      return std::size_t{foldAscii(static_cast<char16_t>(name[i]))};
-    };
+    const auto unit = [&](std::size_t i) { return std::size_t{foldAscii(codeUnit(name[i]))}; };
     const std::size_t mixed =
         n + unit(0) * 7 + unit(n / 3) * 61 + unit(2 * n / 3) * 173 + unit(n - 1) * 1031;
     return mixed & (slots_.size() - 1);
@@ -91,12 +92,31 @@ Variant run(ComponentObject& object, const Member& member, Slots& slots) {
   return member.invoke(object.instance(), slots.data());
 }
 
-Slots positionalSlots(const Member& member, std::span<Variant> arguments) {
+// The arguments by position, null beyond the last. `place` says where each of them lies.
+template <class Arguments, class Place>
+Slots positionalSlots(const Member& member, Arguments arguments, Place place) {
   if (arguments.size() > member.parameterCount) fail(RunTime::wrongArgumentCount);
   Slots slots;
-  const auto end = std::ranges::transform(arguments, slots.begin(), [](Variant& v) { return &v; });
+  const auto end = std::ranges::transform(arguments, slots.begin(), place);
   std::fill(end.out, slots.begin() + static_cast<std::ptrdiff_t>(member.parameterCount), nullptr);
   return slots;
+}
+
+Slots positionalSlots(const Member& member, std::span<Variant> arguments) {
+  return positionalSlots(member, arguments, [](Variant& value) { return &value; });
+}
+
+void placeNamed(const Member& member, std::span<const NamedArgument> named, Slots& slots) {
+  const auto parameters = member.parameters();
+  for (const NamedArgument& argument : named) {
+    const auto found = std::ranges::find_if(parameters, [&](const Parameter& parameter) {
+      return sameName(argument.name, parameter.name);
+    });
+    if (found == parameters.end()) fail(RunTime::namedArgumentNotFound);
+    Variant*& slot = slots[static_cast<std::size_t>(found - parameters.begin())];
+    if (slot != nullptr) fail(RunTime::wrongArgumentCount);
+    slot = argument.value;
+  }
 }
 
 ComponentObject& ours(Object& object) {
@@ -145,16 +165,19 @@ Variant invoke(Object& object, const Member& member, std::span<Variant> position
                std::span<const NamedArgument> named) {
   ComponentObject& component = ours(object);
   Slots slots = positionalSlots(member, positional);
-  for (const NamedArgument& argument : named) {
-    const auto parameters = member.parameters();
-    const auto found = std::ranges::find_if(parameters, [&](const Parameter& parameter) {
-      return sameName(argument.name, parameter.name);
-    });
-    if (found == parameters.end()) fail(RunTime::namedArgumentNotFound);
-    Variant*& slot = slots[static_cast<std::size_t>(found - parameters.begin())];
-    if (slot != nullptr) fail(RunTime::wrongArgumentCount);
-    slot = argument.value;
-  }
+  placeNamed(member, named, slots);
+  return run(component, member, slots);
+}
+
+const Member& findMember(const Class& type, std::string_view name, CallKind kind) {
+  return indexOf(type).find(name, kind);
+}
+
+Variant invokeAt(Object& object, const Member& member, std::span<Variant* const> positional,
+                 std::span<const NamedArgument> named) {
+  ComponentObject& component = ours(object);
+  Slots slots = positionalSlots(member, positional, std::identity());
+  placeNamed(member, named, slots);
   return run(component, member, slots);
 }
 

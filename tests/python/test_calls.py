@@ -1,0 +1,141 @@
+"""Calls by name: arguments, results, properties, a caller's own objects, errors."""
+
+import inspect
+import os
+import tempfile
+import unittest
+
+import veltgeneral
+from veltgeneral import AutomationError, CreateObject, Empty, Missing, TextArray
+
+
+def filled(number=5):
+    result = CreateObject("ErrInfo")
+    result.ErrInfo(number, "description", 1, "place", vntStepInfo="step")
+    return result
+
+
+class Creation(unittest.TestCase):
+    def test_names_match_in_any_case_with_or_without_prefix(self):
+        for name in ("ErrInfo", "errinfo", "VeltGeneral.ErrInfo", "VELTGENERAL.errINFO"):
+            self.assertTrue(CreateObject(name).isSuccess())
+        with self.assertRaises(AutomationError) as raised:
+            CreateObject("Nothing")
+        self.assertEqual(raised.exception.number, 429)
+
+
+class Calls(unittest.TestCase):
+    def test_arguments_by_position_by_name_and_left_out(self):
+        result = CreateObject("ErrInfo")
+        self.assertEqual(result.ErrInfo(7, "d", slocationinfo="l", iTypeInfo=3), 0)
+        self.assertEqual((result.numberInfo, result.DescriptionInfo, result.stepInfo), (7, "d", ""))
+        result.errinfo(1, "d", 1, "l", Missing, "process")
+        self.assertEqual((result.classInfo, result.processInfo), ("", "process"))
+
+    def test_in_out_arguments_follow_the_result_in_order(self):
+        number = filled().getInfo(0, "", 0, "", vntStepInfo=Empty)
+        self.assertEqual(number, (0, 5, "description", 1, "place", Missing, Missing, "step"))
+        status, copy = filled().clone(None)
+        self.assertTrue(status.isSuccess())
+        self.assertEqual(copy.getAttrEqualValue(), filled().getAttrEqualValue())
+        self.assertIsNone(filled().clear())
+
+    def test_wrong_calls_raise_their_number(self):
+        result = filled()
+        for number, action in (
+                (438, lambda: result.nothing),
+                (438, lambda: setattr(result, "numberInfo", 1)),
+                (438, lambda: setattr(result, "nothing", 1)),
+                (448, lambda: result.ErrInfo(1, "d", 1, sPlace="l")),
+                (449, lambda: result.ErrInfo(1, "d", 1)),
+                (450, lambda: result.clear(1)),
+                (450, lambda: result.ErrInfo(1, "d", 1, "l", lNumberInfo=2)),
+                (13, lambda: result.ErrInfo("x", "d", 1, "l")),
+                (13, lambda: result.ErrInfoNew(5)),
+                (94, lambda: result.ErrInfo(None, "d", 1, "l")),
+                (6, lambda: result.ErrInfo(2 ** 31, "d", 1, "l"))):
+            with self.assertRaises(AutomationError) as raised:
+                action()
+            self.assertEqual(raised.exception.number, number)
+            self.assertTrue(raised.exception.description)
+            self.assertIn(str(number), str(raised.exception))
+        self.assertEqual(result.getAttrEqualValue(), filled().getAttrEqualValue())
+        self.assertFalse(hasattr(result, "nothing"))
+
+    def test_a_real_table_goes_through_a_file_and_back(self):
+        rows = [(f"name {i}", str(i), "\u20ac" if i % 2 else "") for i in range(1, 2001)]
+        table = TextArray.of_rows(rows)
+        files = CreateObject("FileUtility")
+        with tempfile.TemporaryDirectory() as folder:
+            path = os.path.join(folder, "table.csv")
+            written, same = files.writeCsvFileFromArray(path, table, 2000, 3)
+            self.assertTrue(written.isSuccess(), written.descriptionInfo)
+            self.assertIs(same, table)
+            read, again, count = files.getArrayFromCsvFile(path, TextArray((1, 1)), 3, 0)
+        self.assertTrue(read.isSuccess(), read.descriptionInfo)
+        self.assertEqual(count, 2000)
+        self.assertEqual(again[1, 2000], "name 2000")
+        self.assertEqual(list(again.rows())[:2000], rows)
+
+
+class CallersObjects(unittest.TestCase):
+    def test_a_dict_is_a_record(self):
+        record = {"vntnumberinfo": "12", "vntStepInfo": None}
+        result = filled()
+        self.assertEqual(result.ErrInfoNew(record), (0, record))
+        self.assertEqual((result.numberInfo, result.stepInfo), (12, "step"))
+
+    def test_any_object_with_the_attributes_serves(self):
+        class Place:
+            VNTLOCATIONINFO = "elsewhere"
+
+            def vntStepInfo(self):
+                raise AssertionError("a property is read, not called")
+        result = filled()
+        with self.assertRaises(AutomationError):
+            result.ErrInfoNew(Place())  # a method is no text
+        self.assertEqual(result.locationInfo, "elsewhere")
+
+    def test_errors_of_the_object_come_back(self):
+        def raising(error):
+            class Raising:
+                @property
+                def vntNumberInfo(self):
+                    raise error
+            return Raising()
+        for error, number in ((AutomationError(1234, "out of order"), 1234),
+                              (ZeroDivisionError("by nothing"), 11), (ValueError("odd"), 440)):
+            with self.assertRaises(AutomationError) as raised:
+                filled().ErrInfoNew(raising(error))
+            self.assertEqual(raised.exception.number, number)
+            self.assertIn(raised.exception.description, ("out of order", "by nothing", "odd"))
+            self.assertIs(raised.exception.__cause__, error)
+        with self.assertRaises(KeyboardInterrupt):
+            filled().ErrInfoNew(raising(KeyboardInterrupt()))
+
+    def test_objects_are_released(self):
+        from veltgeneral._objects import _wrapped
+        before = len(_wrapped)
+        for _ in range(10):
+            filled().ErrInfoNew({})
+        self.assertEqual(len(_wrapped), before)
+
+
+class Description(unittest.TestCase):
+    def test_members_describe_themselves(self):
+        fill = filled().errinfo
+        self.assertIn("[vntClassInfo: variant]", fill.__doc__)
+        self.assertEqual(fill.__name__, "ErrInfo")
+        self.assertEqual(list(inspect.signature(fill).parameters)[:2],
+                         ["lNumberInfo", "sDescriptionInfo"])
+        self.assertIn("numberInfo", dir(filled()))
+
+    def test_classes_list_their_members_in_order(self):
+        described = veltgeneral.describe("velTGeneral.errinfo")
+        self.assertEqual(described.members[0].name, "ErrInfo")
+        self.assertIn("ErrInfoNew(structErrInfo: structError in/out) -> int16", str(described))
+        self.assertIn("FileUtility", veltgeneral.classes())
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -79,12 +79,21 @@ class VELTGENERAL_API ErrInfo {
                        Text& sLocationInfo, Variant* vntClassInfo = nullptr,
                        Variant* vntProcessInfo = nullptr, Variant* vntStepInfo = nullptr) const;
 
+  // Loads the log's settings from the registry; what is missing or no number has its default.
+  void runInitialize();
+
   std::int32_t numberInfo() const noexcept { return numberInfo_; }
   const Text& descriptionInfo() const noexcept { return descriptionInfo_; }
   std::int16_t typeInfo() const noexcept { return typeInfo_; }
   const Text& locationInfo() const noexcept { return locationInfo_; }
   const Text& processInfo() const noexcept { return processInfo_; }
   const Text& classInfo() const noexcept { return classInfo_; }
+
+  // The log's settings as the registry has them: the folder of the common log file (the library's
+  // own where none is set or it is not there), always ending in "\"; the trace level, by default
+  // 1; the length in bytes beyond which a file is rotated, by default 1024000. Always true.
+  bool getInfoForLogSystem(Text& sLogPath, std::int16_t& iTrace, std::int32_t& lByteSwitch);
+
   Variant stepInfo() const { return stepInfo_; }
 
   // Number 0, texts empty, severity eiDEBUGTYPE: not quite the state of a new object, whose
@@ -94,7 +103,19 @@ class VELTGENERAL_API ErrInfo {
   // Number 0, whatever the severity.
   bool isSuccess() const noexcept { return numberInfo_ == 0; }
 
+  // Appends the result as one line to `sErrLogName` (a full path), and to the common log file where
+  // it is an error or a warning, as far as the trace level admits its severity (1 error, 2 warning,
+  // 3 information, 4 debug; 0 any other). A file longer than the limit becomes ".old" first.
+  //
+  //   "[d/m/yy h:mm] [process] [class] [location] [step] [severity] [number] [description]" CR LF
+  //
+  // Reloads the settings each time. Never fails: what cannot be written is not. Many processes may
+  // write to the same files.
+  ErrInfo writeLog(const Variant& sErrLogName = Missing{});
+
  private:
+  Text logLine() const;
+
   std::int32_t numberInfo_ = 0;
   Text descriptionInfo_;
   std::int16_t typeInfo_ = 0;
@@ -102,6 +123,10 @@ class VELTGENERAL_API ErrInfo {
   Text processInfo_;
   Text classInfo_;
   Text stepInfo_;
+  // Of the log, not of the result.
+  std::int32_t switchSize_ = 0;
+  std::int16_t traceLevel_ = 0;
+  Text logFolder_;
 };
 
 }  // namespace veltgeneral

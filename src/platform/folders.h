@@ -17,6 +17,10 @@ std::string configFolder();
 // afterwards.
 bool makePrivateFolder(const std::string& path);
 
+// The library's own folder, where its logs go by default: VELTGENERAL_HOME, else the folder of its
+// file, or the state folder (made where it is missing) where that lies below a system prefix.
+std::string libraryHome();
+
 // VELTGENERAL_WINDOWS_DIR and VELTGENERAL_SYSTEM_DIR as they stand; where they are not set,
 // "windows" in the state folder and "system" in that, created open to this user alone. Empty where
 // there is no such folder and none could be made.

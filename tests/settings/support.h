@@ -47,6 +47,36 @@ inline void setContent(const std::string& path, std::string_view content) {
   std::ofstream(path, std::ios::binary) << content;
 }
 
+// The library's own folders and its registry, in a folder of the test's.
+class TestHost {
+ public:
+  TestHost() {
+    for (const char* name : {"registry", "home", "windows", "drive"})
+      std::filesystem::create_directory(folder_ / name);
+    ::setenv("VELTGENERAL_REGISTRY_DIR", (folder_ / "registry").c_str(), 1);
+    ::setenv("VELTGENERAL_HOME", (folder_ / "home").c_str(), 1);
+    ::setenv("VELTGENERAL_WINDOWS_DIR", (folder_ / "windows").c_str(), 1);
+    ::setenv("VELTGENERAL_DRIVE_C", (folder_ / "drive").c_str(), 1);
+  }
+  ~TestHost() {
+    for (const char* name : {"VELTGENERAL_REGISTRY_DIR", "VELTGENERAL_HOME",
+                             "VELTGENERAL_WINDOWS_DIR", "VELTGENERAL_DRIVE_C"})
+      ::unsetenv(name);
+  }
+  TestHost(const TestHost&) = delete;
+  TestHost& operator=(const TestHost&) = delete;
+
+  std::string operator/(const std::string& name) const { return folder_ / name; }
+  // The machine's hive, whole: what stands below a version line and one key.
+  void setMachineKey(const std::string& key, const std::string& values) const {
+    setContent(folder_ / "registry/machine.reg",
+               "REGEDIT4\n[HKEY_LOCAL_MACHINE\\" + key + "]\n" + values + "\n");
+  }
+
+ private:
+  TemporaryFolder folder_;
+};
+
 // The first 256 characters, as ISO 8859-1 has them.
 inline const platform::NarrowPage& latin1() {
   static const platform::NarrowPage kPage = [] {

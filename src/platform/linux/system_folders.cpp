@@ -2,12 +2,14 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <system_error>
 
 #include "platform/environment.h"
 #include "platform/folders.h"
+#include "platform/library.h"
 #include "veltgeneral/runtime_error.h"
 
 namespace veltgeneral::platform {
@@ -70,6 +72,19 @@ bool makePrivateFolder(const std::string& path) {
   const std::string parent = fs::path(path).parent_path().string();
   if (parent.empty() || parent == path || !makePrivateFolder(parent)) return false;
   return ::mkdir(path.c_str(), S_IRWXU) == 0 || isFolder(path);
+}
+
+std::string libraryHome() {
+  if (auto chosen = environment("VELTGENERAL_HOME"); chosen && !chosen->empty())
+    return withoutSlash(*std::move(chosen));
+  std::string folder = libraryFolder() + "/";
+  const bool system =
+      std::ranges::any_of(std::array{"/usr/", "/lib/", "/lib64/", "/opt/"},
+                          [&](const char* prefix) { return folder.starts_with(prefix); });
+  if (!system) return withoutSlash(std::move(folder));
+  folder = stateFolder();
+  makePrivateFolder(folder);
+  return folder;
 }
 
 std::string windowsFolder() { return folderFrom("VELTGENERAL_WINDOWS_DIR", "/windows"); }

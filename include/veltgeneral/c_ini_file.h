@@ -1,0 +1,101 @@
+// cInifile: one INI file, section and key at a time, and window placements kept in it.
+//
+// A small state, no file open between calls. What was never set is unset, which differs from empty:
+// without a key all keys are meant, without a section all sections. Nothing raises: a missing file,
+// section or key reads as the default, and LastReturnCode tells whether the last write or deletion
+// succeeded.
+//
+// Files hold text in the code page, or UTF-16 where they begin with its mark. Unless isNt is set,
+// texts pass through the code page on every call of Value, and come back changed where it cannot
+// hold them. A bare file name lies in the Windows folder.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "veltgeneral/export.h"
+#include "veltgeneral/object.h"
+#include "veltgeneral/text.h"
+#include "veltgeneral/text_array.h"
+
+namespace veltgeneral {
+
+class VELTGENERAL_API cInifile {
+ public:
+  // Has no effect.
+  void CheckForUnicodeFile();
+
+  // Whether Value uses the wide calls; a file that they create is UTF-16.
+  void setIsNt(bool value);
+
+  // 0 after a write or deletion that failed, else not 0. Reads leave it alone.
+  std::int32_t LastReturnCode() const noexcept { return lastReturnCode_; }
+
+  // Whether the file has a section of exactly this name, case included.
+  bool SectionExists(TextView section);
+
+  bool Success() const noexcept { return lastReturnCode_ != 0; }
+
+  void setDefault(TextView value) { default_ = value; }
+  Text Default() const { return default_.value_or(Text()); }
+  void setPath(TextView value) { path_ = value; }
+  Text Path() const { return path_.value_or(Text()); }
+  void setKey(TextView value) { key_ = value; }
+  Text key() const { return key_.value_or(Text()); }
+  void setSection(TextView value) { section_ = value; }
+  Text section() const { return section_.value_or(Text()); }
+
+  // The value of the current key, at most 381 characters; Default where there is none.
+  Text Value();
+  // Writes it, creating file and section as needed. NULs are taken out of `value`, in the caller's
+  // hands too.
+  void setValue(Text& value);
+
+  bool isNt() const noexcept { return isNt_; }
+
+  // One that is not there counts as deleted.
+  void DeleteKey();
+  void DeleteSection();
+
+  // The names of the current section's keys, a NUL behind each, cut at 8190 characters.
+  Text INISection();
+  // Deletes the current section; the text is not used.
+  void setINISection(TextView value);
+
+  // The names of all sections, likewise.
+  Text Sections();
+
+  // The same names as elements 1 to iCount; unallocated where there is none. Names that the cut
+  // left incomplete are not counted, nor are empty names of sections.
+  void EnumerateCurrentSection(TextArray& sKey, std::int32_t& iCount);
+  void EnumerateAllSections(TextArray& sSections, std::int32_t& iCount);
+
+  // Writes a window's state and, unless it is maximised, its placement in twips into the current
+  // section; a minimised window writes nothing. The window answers to WindowState, Left, Top, Width
+  // and Height. An error that it raises ends the call and sets LastReturnCode to 0.
+  void SaveFormPosition(Object& frmThis);
+
+  // Places a window by one call of its Move, inside the screen and no smaller than the minimum, and
+  // maximises it where the file says so; where the screen has no room for the minimum the window
+  // stays. Entries that are missing or no numbers keep the window's present values. Errors, a
+  // missing display among them, end the call and set LastReturnCode to 0.
+  void LoadFormPosition(Object& frmThis, std::int32_t lMinWidth = 3000,
+                        std::int32_t lMinHeight = 3000);
+
+  // The text as a 32-bit number; `lDefault` where it is none or does not fit.
+  std::int32_t CLngDefault(TextView sString, std::int32_t lDefault = 0);
+
+ private:
+  Text namesInBuffer(const Text* section) const;
+  void write(const std::optional<Text>& key, const std::optional<Text>& text);
+  void placeWindow(Object& window, std::int32_t minWidth, std::int32_t minHeight);
+
+  std::optional<Text> path_;
+  std::optional<Text> key_;
+  std::optional<Text> section_;
+  std::optional<Text> default_;
+  std::int32_t lastReturnCode_ = 0;
+  bool isNt_ = false;
+};
+
+}  // namespace veltgeneral

@@ -1,0 +1,128 @@
+#include "platform/log_append.h"
+
+#include <fcntl.h>
+#include <glob.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+
+#include "platform/linux/descriptor.h"
+#include "platform/linux/replace_file.h"
+
+namespace veltgeneral::platform {
+namespace {
+
+constexpr mode_t kAnyWrite = S_IWUSR | S_IWGRP | S_IWOTH;
+constexpr mode_t kNewFile = S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
+constexpr int kFlags = O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
+
+// Looked at as bits: a process with all rights could write there, and is not meant to.
+bool folderIsWritable(const std::string& path) {
+  const auto slash = path.rfind('/');
+  const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+  struct stat status {};
+  return ::stat(folder.c_str(), &status) == 0 && (status.st_mode & kAnyWrite) != 0;
+}
+
+// A rotation copies, and then deletes what it copied; a read-only file resists the second step.
+void copyAside(const std::string& path) {
+  const Descriptor file(::open(path.c_str(), O_RDONLY | kFlags));
+  struct stat status {};
+  std::string content;
+  if (!file || ::fstat(file.get(), &status) != 0 ||
+      !readWhole(file.get(), static_cast<std::size_t>(status.st_size), content))
+    return;
+  const auto failed = changeFile(path + ".old", status.st_mode & 0777, [&](std::string_view) {
+    return std::optional(std::move(content));
+  });
+  if (failed) return;  // then there is no copy, which is all that it means
+}
+
+// True where the caller must look at the path again: it has been rotated, by this process or
+// another.
+bool rotate(int fd, const std::string& path, std::int64_t limit) {
+  const FileLock lock(fd);
+  struct stat ours {};
+  struct stat named {};
+  if (!lock.holds() || ::fstat(fd, &ours) != 0) return false;
+  if (::stat(path.c_str(), &named) != 0) return true;
+  if (named.st_dev != ours.st_dev || named.st_ino != ours.st_ino) return true;
+  if (ours.st_size <= limit) return true;
+  const std::string old = path + ".old";
+  const bool oldThere = ::lstat(old.c_str(), &named) == 0;
+  if (oldThere && (named.st_mode & kAnyWrite) == 0) return false;
+  return folderIsWritable(path) && ::rename(path.c_str(), old.c_str()) == 0;
+}
+
+Descriptor openForAppend(const std::string& path) {
+  Descriptor file(::open(path.c_str(), O_WRONLY | O_APPEND | kFlags));
+  if (!file && errno == ENOENT && folderIsWritable(path))
+    file = Descriptor(::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | kFlags, kNewFile));
+  return file;
+}
+
+// A record that the disk took only in part is taken back, if nobody has added behind it.
+void writeRecord(int fd, std::string_view record) {
+  ssize_t put = 0;
+  do {
+    put = ::write(fd, record.data(), record.size());
+  } while (put < 0 && errno == EINTR);
+  if (put <= 0 || static_cast<std::size_t>(put) == record.size()) return;
+  const FileLock lock(fd);
+  const off_t end = ::lseek(fd, 0, SEEK_CUR);
+  struct stat status {};
+  if (::fstat(fd, &status) == 0 && status.st_size == end && ::ftruncate(fd, end - put) != 0)
+    return;  // a torn record is then all that can be had
+}
+
+void rotateOnly(const std::string& path, std::int64_t limit) {
+  struct stat status {};
+  if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size <= limit)
+    return;
+  if ((status.st_mode & kAnyWrite) == 0) {
+    copyAside(path);
+  } else if (const Descriptor file(::open(path.c_str(), O_RDONLY | kFlags)); file) {
+    rotate(file.get(), path, limit);
+  }
+}
+
+void append(const std::string& path, std::int64_t limit, std::string_view record) {
+  // Each round more is another process's rotation; nobody rotates that often.
+  for (int round = 0; round < 100; ++round) {
+    const Descriptor file = openForAppend(path);
+    if (!file) return rotateOnly(path, limit);
+    struct stat status {};
+    if (::fstat(file.get(), &status) != 0) return;
+    const bool regular = S_ISREG(status.st_mode);
+    if (regular && (status.st_mode & kAnyWrite) == 0) return rotateOnly(path, limit);
+    if (regular && status.st_size > limit && rotate(file.get(), path, limit)) continue;
+    writeRecord(file.get(), record);
+    // Two rotations since the file was opened have taken it off the disk, and the record with it.
+    if (::fstat(file.get(), &status) != 0 || status.st_nlink > 0) return;
+  }
+}
+
+}  // namespace
+
+void appendToLog(const std::string& path, std::int64_t limit, std::string_view record) noexcept {
+  try {
+    record.empty() ? rotateOnly(path, limit) : append(path, limit, record);
+  } catch (const std::exception&) {
+    return;  // no memory, no record
+  }
+}
+
+bool hasListing(const std::string& path) noexcept {
+  struct stat status {};
+  const auto slash = path.rfind('/');
+  if (path.find_first_of("*?", slash == std::string::npos ? 0 : slash) == std::string::npos)
+    return ::stat(path.c_str(), &status) == 0;
+  glob_t found{};
+  const bool any = ::glob(path.c_str(), GLOB_NOSORT, nullptr, &found) == 0;
+  ::globfree(&found);
+  return any;
+}
+
+}  // namespace veltgeneral::platform

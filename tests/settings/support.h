@@ -16,11 +16,18 @@
 
 namespace veltgeneral::testing {
 
+// Where tests work that write more than a disk takes in a moment.
+inline std::filesystem::path memoryFolder() {
+  const char* kShared = "/dev/shm";
+  return ::access(kShared, W_OK) == 0 ? kShared : std::filesystem::temp_directory_path();
+}
+
 // A new folder, gone with the object.
 class TemporaryFolder {
  public:
-  TemporaryFolder() {
-    std::string pattern = std::filesystem::temp_directory_path() / "veltgeneral-XXXXXX";
+  explicit TemporaryFolder(
+      const std::filesystem::path& parent = std::filesystem::temp_directory_path()) {
+    std::string pattern = parent / "veltgeneral-XXXXXX";
     path_ = ::mkdtemp(pattern.data());
   }
   ~TemporaryFolder() {
@@ -50,7 +57,8 @@ inline void setContent(const std::string& path, std::string_view content) {
 // The library's own folders and its registry, in a folder of the test's.
 class TestHost {
  public:
-  TestHost() {
+  explicit TestHost(const std::filesystem::path& parent = std::filesystem::temp_directory_path())
+      : folder_(parent) {
     for (const char* name : {"registry", "home", "windows", "drive"})
       std::filesystem::create_directory(folder_ / name);
     ::setenv("VELTGENERAL_REGISTRY_DIR", (folder_ / "registry").c_str(), 1);

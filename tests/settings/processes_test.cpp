@@ -1,0 +1,150 @@
+// The stores among many processes, and under kills at any moment.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <thread>
+
+#include "platform/log_append.h"
+#include "platform/profile.h"
+#include "platform/registry.h"
+#include "settings/support.h"
+
+namespace veltgeneral {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace veltgeneral::testing;
+using platform::ProfileCall;
+using platform::RegistryKey;
+using platform::RegistryRoot;
+
+constexpr int kProcesses = 8;
+
+void runEach(const std::function<bool(int)>& body) {
+  std::vector<pid_t> children;
+  for (int process = 0; process < kProcesses; ++process)
+    children.push_back(inProcess([&] { return body(process); }));
+  for (const pid_t child : children) EXPECT_TRUE(succeeded(child));
+}
+
+Text number(int value) { return fromUtf8(std::to_string(value)); }
+
+// Sections and keys that two processes share.
+Text place(int process) { return Text(u"s").append(number(process / 2)); }
+
+Text name(int process, int setting) { return number(process).append(u".").append(number(setting)); }
+
+bool putProfile(const std::string& path, const Text& section, const Text& key, const Text& value) {
+  return platform::writeProfile(ProfileCall::narrow, &section, &key, &value, path, latin1());
+}
+
+Text getProfile(const std::string& path, const Text& section, const Text& key) {
+  return platform::readProfile(ProfileCall::narrow, &section, &key, nullptr, 1000, path, latin1());
+}
+
+bool putRegistry(const Text& key, const Text& name, const Text& value) {
+  return platform::writeRegistryText(RegistryRoot::localMachine, key, name, value, latin1());
+}
+
+constexpr int kSettings = 2000;
+
+TEST(Processes, LoseNoSettingOfOneProfile) {
+  const TestHost host(memoryFolder());
+  const std::string path = host / "drive/a.ini";
+  runEach([&](int process) {
+    for (int i = 0; i < kSettings; ++i)
+      if (!putProfile(path, place(process), name(process, i), number(i))) return false;
+    return true;
+  });
+  for (int process = 0; process < kProcesses; ++process)
+    for (int i = 0; i < kSettings; ++i)
+      ASSERT_EQ(getProfile(path, place(process), name(process, i)), number(i));
+}
+
+TEST(Processes, LoseNoSettingOfOneRegistry) {
+  const TestHost host(memoryFolder());
+  runEach([&](int process) {
+    for (int i = 0; i < kSettings; ++i)
+      if (!putRegistry(place(process), name(process, i), number(i))) return false;
+    return true;
+  });
+  for (int process = 0; process < kProcesses; ++process) {
+    const auto key = RegistryKey::open(RegistryRoot::localMachine, place(process), latin1());
+    ASSERT_TRUE(key);
+    for (int i = 0; i < kSettings; ++i) ASSERT_EQ(key->query(name(process, i))->text, number(i));
+  }
+}
+
+// One process changes without pause what another kills it over; `check` then looks at what is left.
+void killAgainAndAgain(const std::function<void(int)>& change, const std::function<void()>& check) {
+  constexpr int kRounds = 170;
+  for (int round = 0; round < kRounds && !::testing::Test::HasFailure(); ++round) {
+    const pid_t child = inProcess([&] {
+      for (int i = 0;; ++i) change(i);
+      return true;
+    });
+    // Spread over many writes, at no multiple of anything.
+    std::this_thread::sleep_for(std::chrono::microseconds(1500 + round * 37 % 2000));
+    ::kill(child, SIGKILL);
+    EXPECT_FALSE(succeeded(child));
+    check();
+  }
+}
+
+// Large enough that a write takes a while.
+std::string padding() {
+  std::string lines;
+  for (int i = 0; i < 3000; ++i) lines += "pad" + std::to_string(i) + "=0123456789\r\n";
+  return lines;
+}
+
+TEST(Processes, KilledOverAProfileLeaveItWholeAndUnlocked) {
+  const TestHost host;
+  const std::string path = host / "drive/a.ini";
+  const std::string rest = "[s]\r\nend=1\r\n";
+  setContent(path, "[pad]\r\n" + padding() + rest);
+  const auto whole = fs::file_size(path);
+  killAgainAndAgain([&](int i) { putProfile(path, u"s", u"v", number(i % 10)); },
+                    [&] {
+                      const std::string content = contentOf(path);
+                      ASSERT_TRUE(content.size() == whole || content.size() == whole + 5);
+                      ASSERT_TRUE(content.find(rest) != std::string::npos);
+                      ASSERT_TRUE(putProfile(path, u"s", u"v", u"0"));
+                      ASSERT_EQ(getProfile(path, u"s", u"v"), u"0");
+                    });
+  const fs::directory_iterator files(host / "drive");
+  EXPECT_EQ(std::distance(begin(files), end(files)), 1);
+}
+
+TEST(Processes, KilledOverTheRegistryLeaveItWholeAndUnlocked) {
+  const TestHost host;
+  killAgainAndAgain(
+      [](int i) { putRegistry(u"K", number(i % 50), Text(200, u'x')); },
+      [&] {
+        ASSERT_TRUE(putRegistry(u"K", u"after", u"1"));
+        const auto key = RegistryKey::open(RegistryRoot::localMachine, u"K", latin1());
+        ASSERT_TRUE(key && key->query(u"after"));
+        for (const Text& value : key->valueNames())
+          ASSERT_TRUE(value == u"after" || key->query(value)->text == Text(200, u'x'));
+      });
+}
+
+TEST(Processes, KilledOverTheLogLeaveWholeLines) {
+  const TestHost host;
+  const std::string path = host / "drive/app.log";
+  const std::string line(150, 'x');
+  killAgainAndAgain([&](int) { platform::appendToLog(path, 20000, line + "\r\n"); },
+                    [&] {
+                      platform::appendToLog(path, 20000, line + "\r\n");
+                      for (const std::string& file : {path, path + ".old"}) {
+                        std::ifstream in(file, std::ios::binary);
+                        for (std::string read; std::getline(in, read);)
+                          ASSERT_EQ(read, line + "\r");
+                      }
+                    });
+}
+
+}  // namespace
+}  // namespace veltgeneral

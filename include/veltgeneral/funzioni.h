@@ -19,6 +19,13 @@
 
 namespace veltgeneral {
 
+// Any other value is accepted as an engine that nothing is known of.
+enum typeDataBaseEngine : std::int32_t {
+  dbengineORACLE = 1,
+  dbengineMSACCESS = 2,
+  dbengineSQLSERVER = 3,
+};
+
 class VELTGENERAL_API Funzioni {
  public:
   Funzioni();
@@ -52,6 +59,50 @@ class VELTGENERAL_API Funzioni {
   // that is a number. 0 also where a field is none, or the day is outside the years 100 to 9999.
   std::int16_t getDayNumberFromYYYYMMDD(TextView sDateYYYYMMDD) const;
   std::int16_t getDayNumberFromDate(Date sDate) const;
+
+  // "20240131235959" as "2024-01-31T23:59:59" (ISO 8601); the empty text for what
+  // isDateYYYYMMDDHH24MISS refuses.
+  Text getDate2Xml(TextView sDate) const;
+  // The way back: a text of 14 digits, or empty where they are no date. Separators are not looked
+  // at; what is missing at the end, or no number, counts as zeros.
+  Variant getDateFromXml(TextView sDate) const;
+
+  // 1 for a number equal to true (-1), else 0; the text "True" is no number.
+  std::int16_t getBool2Xml(const Variant& vntBool) const;
+  // Whether the value is a number equal to 1.
+  bool getBoolFromXml(const Variant& vntBool) const;
+
+  // Durations in tenths, work in thousandths of a minute, as "PT1H30M0S" (ISO 8601); seconds may
+  // have a fraction, and amounts below zero stand in the seconds alone. "PT0H0M0S" for what is no
+  // number.
+  Text getDur2Xml(const Variant& vntDur) const;
+  // The way back for whole seconds: only digits and the letters H, M and S count, so "7.5S" is 75
+  // seconds. Throws RuntimeError 13 for a letter without digits, and as a conversion to text does.
+  double getDurFromXml(const Variant& vntDur) const;
+  Text getWork2Xml(const Variant& vntBool) const;
+  double getWorkFromXml(const Variant& vntWork) const;
+
+  // A single or double as a text with "." for the comma, a decimal as a 16-bit integer, any other
+  // number as a 32-bit integer, halves to even; the empty text for what is no number. Throws
+  // RuntimeError 6 for an integer that does not fit.
+  Variant getNumber2Xml(const Variant& vntValue) const;
+  // The number in a text that has "," or "." as its decimal separator, whatever the locale; 0 for
+  // what is no number. Throws RuntimeError 13 for a text with both, a boolean and the empty value.
+  double getNumberFromXml(const Variant& vntValue) const;
+
+  // Literals for SQL. What is no value is written as the engine writes that: '' or Null. For an
+  // engine that is unknown they answer with an empty value (or 0).
+
+  // A text of 14 digits as the engine's date and time. The third engine reads the day in the user's
+  // short form.
+  Variant getDataForDB(typeDataBaseEngine lEngine, const Variant& sDateYYYYMMDDHHMMSS) const;
+  // What a boolean (-1 or 0) is multiplied by for the engine.
+  std::int16_t getBoolForDB(typeDataBaseEngine lEngine) const;
+  // The number so multiplied: for the second engine as it is, negated for the others. `vntBool` is
+  // not changed. Throws RuntimeError 6 beyond 16 bits.
+  Variant getBoolForDBx(typeDataBaseEngine lEngine, Variant& vntBool) const;
+  // As getNumber2Xml. A single or double becomes that text in `vntValue` too.
+  Variant getNumberForDB(typeDataBaseEngine lEngine, Variant& vntValue) const;
 };
 
 }  // namespace veltgeneral

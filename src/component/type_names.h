@@ -19,6 +19,8 @@ inline constexpr std::string_view kTypeName<ErrInfo> = "ErrInfo";
 template <>
 inline constexpr std::string_view kTypeName<Funzioni> = "Funzioni";
 template <>
+inline constexpr std::string_view kTypeName<typeDataBaseEngine> = "typeDataBaseEngine";
+template <>
 inline constexpr std::string_view kTypeName<structError> = "structError";
 
 }  // namespace veltgeneral

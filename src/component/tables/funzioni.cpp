@@ -18,6 +18,20 @@ constexpr Member kRows[] = {
     method<&Funzioni::isYYYYBisestile>("isYYYYBisestile", "sAnno"),
     method<&Funzioni::getDayNumberFromYYYYMMDD>("getDayNumberFromYYYYMMDD", "sDateYYYYMMDD"),
     method<&Funzioni::getDayNumberFromDate>("getDayNumberFromDate", "sDate"),
+    method<&Funzioni::getDate2Xml>("getDate2Xml", "sDate"),
+    method<&Funzioni::getDateFromXml>("getDateFromXml", "sDate"),
+    method<&Funzioni::getBool2Xml>("getBool2Xml", "vntBool"),
+    method<&Funzioni::getBoolFromXml>("getBoolFromXml", "vntBool"),
+    method<&Funzioni::getDur2Xml>("getDur2Xml", "vntDur"),
+    method<&Funzioni::getDurFromXml>("getDurFromXml", "vntDur"),
+    method<&Funzioni::getWork2Xml>("getWork2Xml", "vntBool"),
+    method<&Funzioni::getWorkFromXml>("getWorkFromXml", "vntWork"),
+    method<&Funzioni::getNumber2Xml>("getNumber2Xml", "vntValue"),
+    method<&Funzioni::getNumberFromXml>("getNumberFromXml", "vntValue"),
+    method<&Funzioni::getDataForDB>("getDataForDB", "lEngine", "sDateYYYYMMDDHHMMSS"),
+    method<&Funzioni::getBoolForDB>("getBoolForDB", "lEngine"),
+    method<&Funzioni::getBoolForDBx>("getBoolForDBx", "lEngine", "vntBool"),
+    method<&Funzioni::getNumberForDB>("getNumberForDB", "lEngine", "vntValue"),
 };
 
 }  // namespace

@@ -1,0 +1,21 @@
+# What `cmake --install` puts where, and how consumers find it: find_package(VeltGeneral) and
+# pkg-config. The tools, modules and bindings install themselves, beside their own rules.
+include(CMakePackageConfigHelpers)
+
+install(TARGETS veltgeneral EXPORT VeltGeneralTargets
+        LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+        INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/include/veltgeneral"
+        DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
+
+set(package "${CMAKE_INSTALL_LIBDIR}/cmake/VeltGeneral")
+install(EXPORT VeltGeneralTargets NAMESPACE VeltGeneral:: DESTINATION "${package}"
+        FILE VeltGeneralConfig.cmake)
+write_basic_package_version_file("${PROJECT_BINARY_DIR}/VeltGeneralConfigVersion.cmake"
+                                 COMPATIBILITY SameMajorVersion)
+install(FILES "${PROJECT_BINARY_DIR}/VeltGeneralConfigVersion.cmake" DESTINATION "${package}")
+
+configure_file("${PROJECT_SOURCE_DIR}/cmake/veltgeneral.pc.in"
+               "${PROJECT_BINARY_DIR}/veltgeneral.pc" @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/veltgeneral.pc"
+        DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")

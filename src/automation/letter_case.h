@@ -22,10 +22,11 @@ constexpr bool isLetter(char16_t c) {
   return c < 0x80 ? smallLetter(c) >= u'a' && smallLetter(c) <= u'z' : c >= 0x00C0;
 }
 
-// 0 to 25 for a to z in either case, 31 for every other character.
+// 0 to 25 for a to z in either case, kNoLetterSlot for every other character.
+constexpr unsigned kNoLetterSlot = 31;
 constexpr unsigned letterSlot(char16_t c) {
   const unsigned letter = (c | 0x20u) - unsigned{u'a'};
-  return letter < 26 && c < 0x80 ? letter : 31;
+  return letter < 26 && c < 0x80 ? letter : kNoLetterSlot;
 }
 
 // Whether `text` begins with `name`.

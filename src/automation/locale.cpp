@@ -156,7 +156,8 @@ class Cache {
     locale.thousands = source.thousands;
     locale.currency = source.currency;
     const std::lock_guard lock(mutex_);
-    return keep(toUtf8(locale.name), std::move(locale));
+    const std::string key = toUtf8(locale.name);
+    return keep(key, std::move(locale));
   }
 
  private:

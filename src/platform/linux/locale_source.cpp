@@ -1,8 +1,8 @@
 #include "platform/locale_source.h"
 
 #include <langinfo.h>
-#include <locale.h>
 
+#include <clocale>
 #include <memory>
 #include <type_traits>
 

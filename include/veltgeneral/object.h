@@ -12,6 +12,9 @@
 
 namespace veltgeneral {
 
+struct Class;           // component.h
+class ComponentObject;  // the component's own objects
+
 enum class CallKind : std::uint8_t { method, propertyGet, propertyPut };
 
 class VELTGENERAL_API Object {
@@ -28,6 +31,10 @@ class VELTGENERAL_API Object {
   //
   // Returns Empty where the member has no result. Throws RuntimeError.
   virtual Variant call(TextView name, CallKind kind, std::span<Variant> arguments) = 0;
+
+ private:
+  friend class ComponentObject;
+  const Class* type_ = nullptr;  // null for anybody else's
 };
 
 }  // namespace veltgeneral

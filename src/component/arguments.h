@@ -60,6 +60,12 @@ constexpr Direction directionOf() {
 
 template <class T>
 T coerceTo(const Variant& value) {
+  if constexpr (std::is_constructible_v<Variant, T> && !std::is_enum_v<T>) {
+    if (const T* held = std::get_if<T>(&value)) return *held;
+  }
+  if constexpr (std::is_enum_v<T>) {
+    if (const auto* held = std::get_if<std::int32_t>(&value)) return static_cast<T>(*held);
+  }
   if constexpr (std::is_same_v<T, std::int16_t>)
     return toInt16(value);
   else if constexpr (std::is_same_v<T, std::int32_t>)

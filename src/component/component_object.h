@@ -17,14 +17,20 @@ class ComponentObject : public Object {
 
   Variant call(TextView name, CallKind kind, std::span<Variant> arguments) override;
 
-  const Class& type() const noexcept { return *type_; }
+  // The object itself where it is of this component, else null.
+  static ComponentObject* from(Object* object) noexcept {
+    const bool own = object != nullptr && object->type_ != nullptr;
+    return own ? static_cast<ComponentObject*>(object) : nullptr;
+  }
+  static const Class* typeOf(const Object& object) noexcept { return object.type_; }
+
+  const Class& type() const noexcept { return *typeOf(*this); }
   void* instance() const noexcept { return instance_; }
 
   // Objects of all classes that are alive in the process.
   static std::size_t count() noexcept;
 
  private:
-  const Class* type_;
   void* instance_;
 };
 
@@ -60,7 +66,7 @@ ObjectRef makeObject(Arguments&&... arguments) {
 // The instance inside an object of class C; null for any other object.
 template <class C>
 C* instanceOf(Object* object) noexcept {
-  auto* component = dynamic_cast<ComponentObject*>(object);
+  auto* component = ComponentObject::from(object);
   if (component == nullptr || &component->type() != &classTable<C>()) return nullptr;
   return static_cast<C*>(component->instance());
 }

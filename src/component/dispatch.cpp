@@ -120,15 +120,15 @@ void placeNamed(const Member& member, std::span<const NamedArgument> named, Slot
 }
 
 ComponentObject& ours(Object& object) {
-  auto* component = dynamic_cast<ComponentObject*>(&object);
+  auto* component = ComponentObject::from(&object);
   if (component == nullptr) fail(RunTime::noAutomation);
   return *component;
 }
 
 }  // namespace
 
-ComponentObject::ComponentObject(const Class& type, void* instance)
-    : type_(&type), instance_(instance) {
+ComponentObject::ComponentObject(const Class& type, void* instance) : instance_(instance) {
+  type_ = &type;
   liveObjects.fetch_add(1, std::memory_order_relaxed);
 }
 
@@ -139,15 +139,12 @@ std::size_t ComponentObject::count() noexcept {
 }
 
 Variant ComponentObject::call(TextView name, CallKind kind, std::span<Variant> arguments) {
-  const Member& member = indexOf(*type_).find(name, kind);
+  const Member& member = indexOf(type()).find(name, kind);
   Slots slots = positionalSlots(member, arguments);
   return run(*this, member, slots);
 }
 
-const Class* classOf(const Object& object) noexcept {
-  const auto* component = dynamic_cast<const ComponentObject*>(&object);
-  return component == nullptr ? nullptr : &component->type();
-}
+const Class* classOf(const Object& object) noexcept { return ComponentObject::typeOf(object); }
 
 const Member& resolve(const Object& object, TextView name, CallKind kind) {
   const Class* type = classOf(object);

@@ -75,6 +75,10 @@ Variant invokeWith(void* instance, Variant* const* values, std::index_sequence<I
     (object.*F)(std::get<I>(arguments).get()...);
     (std::get<I>(arguments).writeBack(), ...);
     return Empty{};
+  } else if constexpr (std::is_same_v<typename S::Result, Variant>) {
+    Variant result = (object.*F)(std::get<I>(arguments).get()...);  // made where it is returned
+    (std::get<I>(arguments).writeBack(), ...);
+    return result;
   } else {
     Variant result = toVariant((object.*F)(std::get<I>(arguments).get()...));
     (std::get<I>(arguments).writeBack(), ...);

@@ -4,6 +4,7 @@
 #include <ctime>
 
 #include "automation/locale.h"
+#include "report/error_of.h"
 #include "report/recording_surfaces.h"
 #include "veltgeneral/reporting.h"
 
@@ -11,16 +12,6 @@ namespace veltgeneral {
 namespace {
 
 using Lines = std::vector<std::string>;
-
-template <class Action>
-std::int32_t errorOf(Action&& action) {
-  try {
-    action();
-    return 0;
-  } catch (const RuntimeError& error) {
-    return error.number();
-  }
-}
 
 class ReportingTest : public testing::Test {
  protected:

@@ -73,15 +73,19 @@ void Form::forget() noexcept {
 
 drawing::Canvas& Form::canvas() { return page().canvas; }
 
-// Whole dots only, so that lines are sharp; a line is one dot thick at 96 dots per inch.
+// Whole dots only, so that lines are sharp. A line is one dot thick at 96 dots per inch, and what
+// is not quite a line is thicker by at least one.
 drawing::Rectangle Form::covered(const drawing::Rectangle& box) const {
   const double scale = page_->dotsPerPoint;
   const double pen = std::max(1.0, std::round(scale * 0.75));
-  const double left = std::round(box.x * scale);
-  const double top = std::round(box.y * scale);
-  const double right = std::round((box.x + box.width) * scale);
-  const double bottom = std::round((box.y + box.height) * scale);
-  return {left / scale, top / scale, (right - left + pen) / scale, (bottom - top + pen) / scale};
+  const auto span = [&](double from, double length) {
+    const double first = std::round(from * scale);
+    const double last = std::round((from + length) * scale);
+    return std::pair(first, std::max(last - first, length > 0 ? 1.0 : 0.0) + pen);
+  };
+  const auto [left, width] = span(box.x, box.width);
+  const auto [top, height] = span(box.y, box.height);
+  return {left / scale, top / scale, width / scale, height / scale};
 }
 
 void Form::touched(const drawing::Rectangle& area) {

@@ -1,0 +1,221 @@
+// Printed documents: as PDF files, through a printer that speaks IPP, and through the scheduler.
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <cmath>
+
+#include "drawing/temp_folder.h"
+#include "report/error_of.h"
+#include "report/print_system.h"
+#include "support/process.h"
+#include "veltgeneral/reporting.h"
+
+namespace veltgeneral {
+namespace {
+
+using drawing::TempFolder;
+using test::Process;
+
+struct Word {
+  int page = 0;
+  std::string text;
+  double left = 0, top = 0, right = 0;
+};
+
+struct Document {
+  std::vector<std::string> pages;  // "width x height" in whole points
+  std::vector<Word> words;
+
+  const Word& word(const std::string& text) const {
+    static const Word kNone;
+    for (const Word& word : words)
+      if (word.text == text) return word;
+    return kNone;
+  }
+};
+
+double number(const std::string& line, const std::string& name) {
+  const std::size_t at = line.find(name + "=\"");
+  return at == std::string::npos ? -1 : std::stod(line.substr(at + name.size() + 2));
+}
+
+// As another program reads it.
+Document readPdf(const std::string& file) {
+  const TempFolder folder;
+  EXPECT_EQ(Process({"pdftotext", "-bbox", file, folder / "words"}).wait(), 0);
+  Document document;
+  std::ifstream lines(folder / "words");
+  for (std::string line; std::getline(lines, line);) {
+    if (line.find("<page ") != std::string::npos)
+      document.pages.push_back(std::to_string(std::lround(number(line, "width"))) + " x " +
+                               std::to_string(std::lround(number(line, "height"))));
+    const std::size_t text = line.find("\">");
+    if (line.find("<word ") == std::string::npos || text == std::string::npos) continue;
+    document.words.push_back({static_cast<int>(document.pages.size()),
+                              line.substr(text + 2, line.find("</") - text - 2),
+                              number(line, "xMin"), number(line, "yMin"), number(line, "xMax")});
+  }
+  return document;
+}
+
+void printTwoPages(Reporting& report) {
+  Variant size = 14.0;
+  report.openReport();
+  report.prtLayoutPaginaBase(Text(u"Ordini"), Missing{}, std::int16_t{1});
+  report.prtTesto(2.0, 5.0, size, false, false, u"perché");
+  report.prtTesto(8.0, 0.0, size, true, false, u"10€");
+  report.newPage();
+  report.prtLayoutPaginaBase(Missing{}, Missing{}, std::int16_t{2});
+  report.prtTesto(2.0, 5.0, size, false, true, u"second");
+  report.closeReport();
+}
+
+void expectTwoPages(const Document& document) {
+  EXPECT_EQ(document.pages, (std::vector<std::string>{"595 x 842", "595 x 842"}));
+  struct Case {
+    const char* text;
+    int page;
+    double x, y;  // cm of its top-left corner
+    double size;
+  };
+  constexpr Case kCases[] = {
+      {"Ordini", 1, 9.5, 1.2, 14},
+      {"perché", 1, 2, 5, 14},
+      {"10€", 1, 8, 5, 14},
+      {"second", 2, 2, 5, 14},
+      {"2", 2, 16 + 8 * 0.2117, 27.1, 10},
+  };
+  constexpr double kPoint = 567 / 20.0;
+  for (const Case& c : kCases) {
+    const Word& word = document.word(c.text);
+    EXPECT_EQ(word.page, c.page) << c.text;
+    EXPECT_NEAR(word.left, c.x * kPoint, 0.6) << c.text;
+    EXPECT_NEAR(word.top, c.y * kPoint, c.size * 0.2) << c.text;
+    const auto cells = static_cast<double>(fromUtf8(c.text).size());
+    EXPECT_NEAR(word.right - word.left, cells * 1229 / 2048 * c.size, 0.6) << c.text;
+  }
+}
+
+class PrinterTest : public testing::Test {
+ protected:
+  PrinterTest() { report_.setOutputMode(torPRINTER); }
+  ~PrinterTest() override { ::unsetenv("VELTGENERAL_PRINTER"); }
+
+  static void choose(const std::string& printer) {
+    ::setenv("VELTGENERAL_PRINTER", printer.c_str(), 1);
+  }
+
+  TempFolder folder_;
+  Reporting report_;
+};
+
+TEST_F(PrinterTest, PagesToAFile) {
+  const std::string file = folder_ / "report.pdf";
+  choose("pdf:" + file);
+  printTwoPages(report_);
+  expectTwoPages(readPdf(file));
+  // The next document begins anew, on the first line; pages without a word count, except the last.
+  Variant size = 10.0;
+  report_.newPage();
+  report_.newPage();
+  report_.prtTesto(2.0, 0.0, size, false, false, u"third");
+  report_.newPage();
+  report_.closeReport();
+  const Document document = readPdf(file);
+  EXPECT_EQ(document.pages.size(), 3u);
+  EXPECT_EQ(document.word("third").page, 3);
+  EXPECT_NEAR(document.word("third").top, 0, 2);
+}
+
+TEST_F(PrinterTest, NothingIsLeftOfADocumentThatNobodyEnds) {
+  const std::string file = folder_.write("report.pdf", "before");
+  choose("pdf:" + file);
+  {
+    Reporting dropped;
+    dropped.setOutputMode(torPRINTER);
+    dropped.openReport();
+    dropped.prtLayoutPaginaBase();
+  }
+  report_.openReport();
+  report_.closeReport();  // nothing was drawn
+  EXPECT_EQ(drawing::readAll(file), "before");
+  EXPECT_EQ(folder_.fileCount(), 1u);
+}
+
+TEST_F(PrinterTest, ErrorsOfPlacesAndValues) {
+  struct Case {
+    std::string file;
+    std::int32_t error;
+  };
+  for (const Case& c : {Case{folder_ / "none/report.pdf", 76}, Case{folder_ / "", 75}}) {
+    choose("pdf:" + c.file);
+    EXPECT_EQ(errorOf([&] { printTwoPages(report_); }), c.error) << c.file;
+    report_.closeReport();
+  }
+  choose("pdf:" + folder_ / "report.pdf");
+  for (const double points : {0.0, -1.0, 2161.0}) {
+    Variant size = points;
+    EXPECT_EQ(errorOf([&] { report_.prtTesto(1.0, 1.0, size, false, false, u"a"); }), 380);
+  }
+  report_.closeReport();
+}
+
+TEST_F(PrinterTest, AFullDiskIsAnErrorAndKeepsWhatWasThere) {
+  const std::string file = folder_.write("report.pdf", "before");
+  choose("pdf:" + file);
+  // A file that may not grow: the system's words for a disk without room are the same to us.
+  rlimit before{};
+  ::getrlimit(RLIMIT_FSIZE, &before);
+  const auto signal = ::signal(SIGXFSZ, SIG_IGN);
+  const rlimit small{2000, before.rlim_max};
+  ::setrlimit(RLIMIT_FSIZE, &small);
+  const std::int32_t error = errorOf([&] { printTwoPages(report_); });
+  ::setrlimit(RLIMIT_FSIZE, &before);
+  ::signal(SIGXFSZ, signal);
+  EXPECT_EQ(error, 61);
+  EXPECT_EQ(drawing::readAll(file), "before");
+  EXPECT_EQ(folder_.fileCount(), 1u);
+}
+
+TEST_F(PrinterTest, StraightToAPrinter) {
+  test::PrintSystem system;
+  system.startPrinter();
+  choose(system.printerAddress());
+  printTwoPages(report_);
+  expectTwoPages(readPdf(system.received()));
+  EXPECT_NE(system.printerLog().find("media (keyword) iso_a4_210x297mm"), std::string::npos);
+  EXPECT_NE(system.printerLog().find("Report from report_test"), std::string::npos);
+
+  system.stopPrinter();
+  EXPECT_EQ(errorOf([&] { printTwoPages(report_); }), 482);
+}
+
+TEST_F(PrinterTest, ThroughTheScheduler) {
+  test::PrintSystem system;
+  system.startScheduler();
+  choose("");
+  EXPECT_EQ(errorOf([&] { report_.openReport(); }), 482);  // there is no queue at all
+  system.startPrinter();
+  system.addDefaultQueue("office");
+  for (const char* queue : {"", "office"}) {
+    choose(queue);
+    printTwoPages(report_);
+    expectTwoPages(readPdf(system.received()));
+    const std::string log = system.printerLog();
+    EXPECT_NE(log.find("x-dimension=21000 y-dimension=29700"), std::string::npos);
+  }
+  choose("nowhere");
+  EXPECT_EQ(errorOf([&] { report_.openReport(); }), 482);
+  // A queue that takes no jobs refuses the document when it is sent; the next one goes well.
+  choose("office");
+  report_.openReport();
+  report_.prtLayoutPaginaBase();
+  system.refuseJobs("office");
+  EXPECT_EQ(errorOf([&] { report_.closeReport(); }), 482);
+  system.acceptJobs("office");
+  printTwoPages(report_);
+  expectTwoPages(readPdf(system.received()));
+}
+
+}  // namespace
+}  // namespace veltgeneral

@@ -1,6 +1,3 @@
-// A cell is 64 bits: 12 bits of slab number, 28 bits of offset in it, 24 bits of length, all in
-// UTF-16 units. A text of 2^24 - 1 units and more has a slab to itself: its 40 upper bits are that
-// slab's number and its length is the slab's. The empty text is cell 0, which needs no slab.
 #include "veltgeneral/text_array.h"
 
 #include <algorithm>
@@ -9,17 +6,13 @@
 #include <limits>
 #include <utility>
 
+#include "automation/text_array_cell.h"
 #include "platform/memory.h"
 #include "veltgeneral/runtime_error.h"
 
 namespace veltgeneral {
 namespace {
 
-constexpr unsigned kLengthBits = 24;
-constexpr unsigned kOffsetBits = 28;
-constexpr std::uint64_t kOwnSlab = (1u << kLengthBits) - 1;
-constexpr std::size_t kSlabLimit = std::size_t{1} << kOffsetBits;
-constexpr std::size_t kSharedSlabs = std::size_t{1} << (64 - kLengthBits - kOffsetBits);
 constexpr std::size_t kFirstSlab = 256;
 constexpr std::size_t kWorthCompacting = 1u << 16;
 

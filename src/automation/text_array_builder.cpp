@@ -4,9 +4,26 @@
 #include <limits>
 #include <utility>
 
+#include "automation/text_array_cell.h"
 #include "veltgeneral/runtime_error.h"
 
 namespace veltgeneral {
+
+void TextArrayBuilder::cut(std::span<Cell> row, const char16_t* text, std::size_t begin,
+                           std::size_t end, std::span<const std::uint32_t> cuts) const noexcept {
+  const Cell place = cellFor(text, 1) - 1 - (Cell{begin} << kLengthBits);
+  const auto piece = [place](std::size_t from, std::size_t to) {
+    return to == from ? 0 : place + (Cell{from} << kLengthBits) + (to - from);
+  };
+  if (cuts.empty()) {
+    row[0] = piece(begin, end);
+    return;
+  }
+  row[0] = piece(begin, cuts[0]);
+  for (std::size_t i = 1; i < cuts.size(); ++i)
+    row[i] = piece(cuts[i - 1] + std::size_t{1}, cuts[i]);
+  row[cuts.size()] = piece(cuts.back() + std::size_t{1}, end);
+}
 
 void TextArrayBuilder::grow(std::size_t expected) {
   const std::size_t rows = std::max({expected, capacity_ + capacity_ / 2, std::size_t{16}});

@@ -39,6 +39,12 @@ class TextArrayBuilder {
     return array_.cellFor(text, units);
   }
 
+  // Points the cells of `row` at the pieces of a text, which lies in the piece claimed last,
+  // between `cuts`: single characters in it, ascending. `begin`, `end` and the cuts count from one
+  // place, and `text` is at `begin`. `row` has at least one cell more than there are cuts.
+  void cut(std::span<Cell> row, const char16_t* text, std::size_t begin, std::size_t end,
+           std::span<const std::uint32_t> cuts) const noexcept;
+
   // The list (1..rows) or the table (1..cells a row, 1..rows). The builder is empty afterwards.
   // Throws RuntimeError 9 when there is no row.
   TextArray takeList();

@@ -92,6 +92,12 @@ Outcome fillRow(TextArrayBuilder& builder, std::span<const std::uint8_t> bytes, 
   if (row.size() > kMostFields || text.size() > kGreatestCounted) {
     return static_cast<Outcome>(RunTime::overflow);
   }
+  if (!line.hasFlag) {
+    // No quote: every mark separates, and the pieces between them are the cells.
+    if (line.marks.size() >= row.size()) return eiABORTED;
+    builder.cut(row, text.data(), line.begin, line.end, line.marks);
+    return 0;
+  }
   std::size_t field = 0;
   Outcome outcome = 0;
   try {

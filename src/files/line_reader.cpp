@@ -13,8 +13,13 @@ constexpr std::size_t kBatch = 128 << 10;
 
 }  // namespace
 
-LineReader::LineReader(platform::FileHandle file, char one, char two)
-    : file_(std::move(file)), size_(file_.size()), one_(one), two_(two), buffer_(kBatch) {}
+LineReader::LineReader(platform::FileHandle file, char one, char flag)
+    : file_(std::move(file)),
+      size_(file_.size()),
+      one_(one),
+      flag_(flag),
+      // One byte more than a small file has, so that the first read also finds its end.
+      buffer_(std::min<std::uint64_t>(size_ + 1, kBatch)) {}
 
 bool LineReader::next() {
   std::copy(buffer_.begin() + static_cast<std::ptrdiff_t>(complete_),
@@ -41,7 +46,7 @@ void LineReader::fill() {
 void LineReader::scan() {
   marks_.resize(std::max(marks_.size(), buffer_.size() + platform::kScanSlack));
   markCount_ =
-      platform::findBytes(std::span(buffer_).first(filled_), one_, two_, '\r', marks_.data());
+      platform::findBytes(std::span(buffer_).first(filled_), one_, flag_, '\r', marks_.data());
   if (atEnd_) {
     complete_ = filled_;
     return;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/files.h"
+#include "veltgeneral/bytes.h"
 
 namespace veltgeneral {
 
@@ -16,14 +17,16 @@ struct Line {
   std::size_t begin;
   std::size_t end;
   std::span<const std::uint32_t> marks;
+  bool hasFlag;  // one of its characters of interest is the second one
 };
 
 // A line ends with CR or CR LF, or with the file; a file that ends with a line break has no empty
 // line behind it.
 class LineReader {
  public:
-  // The characters of interest; give CR where there are fewer than two.
-  LineReader(platform::FileHandle file, char one, char two);
+  // The characters of interest; give CR where there are fewer than two. Lines tell whether they
+  // hold `flag`.
+  LineReader(platform::FileHandle file, char one, char flag);
 
   // Reads on until there is at least one whole line; false at the end of the file. Views of the
   // batch before end. Throws RuntimeError.
@@ -46,29 +49,38 @@ class LineReader {
   platform::FileHandle file_;
   std::uint64_t size_;
   char one_;
-  char two_;
+  char flag_;
   bool atEnd_ = false;
-  std::vector<std::uint8_t> buffer_;
+  Bytes buffer_;
   std::size_t filled_ = 0;
   std::size_t complete_ = 0;  // whole lines end here
-  std::vector<std::uint32_t> marks_;
+  std::vector<std::uint32_t, ReadingAllocator<std::uint32_t>> marks_;
   std::size_t markCount_ = 0;
 };
 
 template <class Each>
 void LineReader::forEachLine(Each&& each) const {
   const std::uint32_t* const marks = marks_.data();
+  const std::uint8_t* const bytes = buffer_.data();
+  const auto flag = static_cast<std::uint8_t>(flag_);
   std::size_t begin = 0;
   std::size_t firstMark = 0;
+  bool hasFlag = false;
   for (std::size_t i = 0; i < markCount_; ++i) {
     const std::size_t at = marks[i];
-    if (buffer_[at] != '\r') continue;
-    each(Line{begin, at, {marks + firstMark, i - firstMark}});
+    if (bytes[at] != '\r') {
+      hasFlag |= bytes[at] == flag;
+      continue;
+    }
+    each(Line{begin, at, {marks + firstMark, i - firstMark}, hasFlag});
     begin = at + 1;
-    if (begin < complete_ && buffer_[begin] == '\n') ++begin;
+    if (begin < complete_ && bytes[begin] == '\n') ++begin;
     firstMark = i + 1;
+    hasFlag = false;
   }
-  if (begin < complete_) each(Line{begin, complete_, {marks + firstMark, markCount_ - firstMark}});
+  if (begin < complete_) {
+    each(Line{begin, complete_, {marks + firstMark, markCount_ - firstMark}, hasFlag});
+  }
 }
 
 }  // namespace veltgeneral

@@ -28,7 +28,8 @@ class FileHandle {
   // Creates the file or empties it.
   static FileHandle openForWriting(const std::string& path);
 
-  std::uint64_t size() const;
+  // In bytes, when it was opened.
+  std::uint64_t size() const noexcept { return size_; }
   // Up to `buffer.size()` bytes from the current position; fewer only at the end of the file.
   std::size_t read(std::span<std::uint8_t> buffer);
   std::size_t readAt(std::uint64_t offset, std::span<std::uint8_t> buffer);
@@ -36,11 +37,12 @@ class FileHandle {
   // Reports what the host only tells at the end.
   void close();
 
-  int descriptor() const noexcept { return descriptor_; }
-
  private:
-  explicit FileHandle(int descriptor) noexcept : descriptor_(descriptor) {}
+  FileHandle(int descriptor, std::uint64_t size) noexcept : descriptor_(descriptor), size_(size) {}
+  static FileHandle open(const std::string& path, int flags);
+
   int descriptor_;
+  std::uint64_t size_;
 };
 
 // File attributes as applications know them; their sum is a set.

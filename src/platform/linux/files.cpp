@@ -22,30 +22,14 @@ auto retried(Call&& call) {
   return result;
 }
 
-struct stat statusOf(int descriptor) {
-  struct stat info {};
-  if (fstat(descriptor, &info) != 0) failWith(errno, "/");
-  return info;
-}
-
-// Opened without waiting, looked at, and only then used: a pipe would block its opener for good.
-int openRegular(const std::string& path, int flags) {
-  const int descriptor =
-      retried([&] { return open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0666); });
-  if (descriptor < 0) failWith(errno, path);
-  struct stat info {};
-  if (fstat(descriptor, &info) == 0 && S_ISREG(info.st_mode)) return descriptor;
-  ::close(descriptor);
-  failWith(S_ISDIR(info.st_mode) ? EISDIR : EIO, path);
-}
-
 }  // namespace
 
 FileHandle::FileHandle(FileHandle&& other) noexcept
-    : descriptor_(std::exchange(other.descriptor_, -1)) {}
+    : descriptor_(std::exchange(other.descriptor_, -1)), size_(other.size_) {}
 
 FileHandle& FileHandle::operator=(FileHandle&& other) noexcept {
   std::swap(descriptor_, other.descriptor_);
+  size_ = other.size_;
   return *this;
 }
 
@@ -53,16 +37,22 @@ FileHandle::~FileHandle() {
   if (descriptor_ >= 0) ::close(descriptor_);
 }
 
-FileHandle FileHandle::openForReading(const std::string& path) {
-  return FileHandle(openRegular(path, O_RDONLY));
+// Opened without waiting, looked at, and only then used: a pipe would block its opener for good.
+FileHandle FileHandle::open(const std::string& path, int flags) {
+  const int descriptor = retried(
+      [&] { return ::open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0666); });
+  if (descriptor < 0) failWith(errno, path);
+  struct stat info {};
+  if (fstat(descriptor, &info) != 0) info.st_mode = 0;
+  FileHandle handle(descriptor, static_cast<std::uint64_t>(info.st_size));
+  if (!S_ISREG(info.st_mode)) failWith(S_ISDIR(info.st_mode) ? EISDIR : EIO, path);
+  return handle;
 }
+
+FileHandle FileHandle::openForReading(const std::string& path) { return open(path, O_RDONLY); }
 
 FileHandle FileHandle::openForWriting(const std::string& path) {
-  return FileHandle(openRegular(path, O_WRONLY | O_CREAT | O_TRUNC));
-}
-
-std::uint64_t FileHandle::size() const {
-  return static_cast<std::uint64_t>(statusOf(descriptor_).st_size);
+  return open(path, O_WRONLY | O_CREAT | O_TRUNC);
 }
 
 std::size_t FileHandle::read(std::span<std::uint8_t> buffer) {

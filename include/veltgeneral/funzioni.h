@@ -32,9 +32,9 @@ class VELTGENERAL_API Funzioni {
 
   // Cuts one semicolon-delimited line into the elements 1, 2, ... of `sArrayValue`, whose upper
   // bound is the most fields that the line may have (Array di input sottodimensionato, and nothing
-  // stored, where it has more). ";" inside quotes does not separate; a field loses the quotes around
-  // it, then a doubled quote becomes one; blanks stay. At most 32,767 characters (error 6). Success
-  // is a cleared result.
+  // stored, where it has more). ";" inside quotes does not separate; a field loses the quotes
+  // around it, then a doubled quote becomes one; blanks stay. At most 32,767 characters (error 6).
+  // Success is a cleared result.
   ErrInfo getValueFromCsvString(TextView sStringValue, TextArray& sArrayValue,
                                 std::int32_t& lNumFieldFound);
 
@@ -103,6 +103,34 @@ class VELTGENERAL_API Funzioni {
   Variant getBoolForDBx(typeDataBaseEngine lEngine, Variant& vntBool) const;
   // As getNumber2Xml. A single or double becomes that text in `vntValue` too.
   Variant getNumberForDB(typeDataBaseEngine lEngine, Variant& vntValue) const;
+
+  // Each rewrites a text character by character, drops the blanks at the end, and answers with a
+  // single blank where nothing is left. `sStringaOut` may be the variable that `sStringa` is.
+  //
+  // Success is severity 3, this member as location and the module name as class. A text longer than
+  // 32,767 characters is error 6, which is logged and leaves `sStringaOut` alone.
+
+  // For a literal in SQL: ' is doubled; `, CR and LF become blanks.
+  ErrInfo normStringForDb(TextView sStringa, Text& sStringaOut) const;
+  // CR and LF become blanks.
+  ErrInfo normStringNoCRLF(TextView sStringa, Text& sStringaOut) const;
+  // By the code in the system's code page: 0 to 7, 11, 12, 14 to 31, 127 to 144 and 147 to 159
+  // become blanks. A character that the page does not have stays.
+  ErrInfo normStringOnlyAscii(TextView sStringa, Text& sStringaOut) const;
+  // ' is doubled.
+  ErrInfo normStringOnlyApice(TextView sStringa, Text& sStringaOut) const;
+  // For text in XML: & < > become entities, è é à ù ò ì their letter and `, and ' becomes `. The
+  // double quote stays.
+  ErrInfo normStringForXML(TextView sStringa, Text& sStringaOut) const;
+  // normStringOnlyApice for any value that has a text; empty and null become null, and the result
+  // is then a new one.
+  ErrInfo normStringOnlyApiceWithNull(const Variant& vntStringa, Variant& vntStringaOut) const;
+
+  // Shifts each character by 10 codes up, or down, in the system's code page; one that the page
+  // does not have counts as "?". No protection of anything. A code beyond 0 to 255 is error 5,
+  // logged as above; the output is then left alone.
+  ErrInfo simpleEncrypt(TextView sToEncrypt, Text& sEncrypted) const;
+  ErrInfo simpleDecrypt(TextView sToDecrypt, Text& sDecrypted) const;
 };
 
 }  // namespace veltgeneral

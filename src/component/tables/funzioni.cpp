@@ -32,6 +32,15 @@ constexpr Member kRows[] = {
     method<&Funzioni::getBoolForDB>("getBoolForDB", "lEngine"),
     method<&Funzioni::getBoolForDBx>("getBoolForDBx", "lEngine", "vntBool"),
     method<&Funzioni::getNumberForDB>("getNumberForDB", "lEngine", "vntValue"),
+    method<&Funzioni::normStringForDb>("normStringForDb", "sStringa", "sStringaOut"),
+    method<&Funzioni::normStringNoCRLF>("normStringNoCRLF", "sStringa", "sStringaOut"),
+    method<&Funzioni::normStringOnlyAscii>("normStringOnlyAscii", "sStringa", "sStringaOut"),
+    method<&Funzioni::normStringOnlyApice>("normStringOnlyApice", "sStringa", "sStringaOut"),
+    method<&Funzioni::normStringForXML>("normStringForXML", "sStringa", "sStringaOut"),
+    method<&Funzioni::normStringOnlyApiceWithNull>("normStringOnlyApiceWithNull", "vntStringa",
+                                                   "vntStringaOut"),
+    method<&Funzioni::simpleEncrypt>("simpleEncrypt", "sToEncrypt", "sEncrypted"),
+    method<&Funzioni::simpleDecrypt>("simpleDecrypt", "sToDecrypt", "sDecrypted"),
 };
 
 }  // namespace

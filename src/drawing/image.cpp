@@ -1,5 +1,7 @@
 #include "drawing/image.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -18,6 +20,10 @@ using Bytes = std::vector<unsigned char>;
 using Surface = Handle<cairo_surface_t, cairo_surface_destroy>;
 
 Bytes readFile(const std::string& path) {
+  // Opening a pipe waits for whoever writes to it.
+  struct stat status {};
+  if (::stat(path.c_str(), &status) != 0) throw Error::ofSystem(errno);
+  if (!S_ISREG(status.st_mode)) throw Error("Not a regular file");
   const Handle<std::FILE, std::fclose> file(std::fopen(path.c_str(), "rbe"));
   if (!file) throw Error::ofSystem(errno);
   Bytes bytes;

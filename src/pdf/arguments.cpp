@@ -122,7 +122,7 @@ char16_t Arguments::escape(std::size_t at) const {
   const char c = at < rest_.size() ? rest_[at] : '\0';
   if (c == 'n') return u'\n';
   if (c == '"' || c == '\\' || c == '{') return static_cast<char16_t>(c);
-  throw CommandError("expected \\\\, \\\", \\{ or \\n, found a backslash before something else");
+  throw CommandError(R"(expected \\, \", \{ or \n, found a backslash before something else)");
 }
 
 std::u16string Arguments::quoted(std::string_view expected, bool marks) {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 #include <type_traits>
 
@@ -16,9 +17,9 @@ namespace {
 using Converter = drawing::Handle<std::remove_pointer_t<iconv_t>, iconv_close>;
 
 Converter open(const std::string& name) {
-  const iconv_t opened = iconv_open("UTF-16LE", name.c_str());
+  iconv_t opened = iconv_open("UTF-16LE", name.c_str());
   // iconv's refusal is a pointer of all ones.
-  if (opened == reinterpret_cast<iconv_t>(-1)) throw drawing::Error("is not known here");
+  if (reinterpret_cast<std::intptr_t>(opened) == -1) throw drawing::Error("is not known here");
   return Converter(opened);
 }
 

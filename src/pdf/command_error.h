@@ -11,6 +11,7 @@ class CommandError : public std::exception {
  public:
   // `message` is UTF-8: "expected a font size from 1 to 500, found \"big\"".
   explicit CommandError(std::string message) : message_(std::move(message)) {}
+  CommandError(std::string message, int line) : message_(std::move(message)) { setLine(line); }
 
   // Names the line; the first to know it wins.
   void setLine(int line) {

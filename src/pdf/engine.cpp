@@ -31,12 +31,12 @@ auto named(Outcome outcome, const char* doing, const std::string& path, Step ste
 
 class Generation {
  public:
-  Generation(const std::string& commandFile, const std::string& pdfFile, const CodePage& codePage)
-      : commandPath_(commandFile),
-        pdfPath_(pdfFile),
+  Generation(std::string commandFile, std::string pdfFile, const CodePage& codePage)
+      : commandPath_(std::move(commandFile)),
+        pdfPath_(std::move(pdfFile)),
         codePage_(codePage),
-        commands_(named(Outcome::unreadable, kReading, commandFile,
-                        [&] { return CommandFile(commandFile); })) {}
+        commands_(named(Outcome::unreadable, kReading, commandPath_,
+                        [&] { return CommandFile(commandPath_); })) {}
 
   void run() {
     const int pages = mentionsPageCount() ? layOut(nullptr, 0) : 0;

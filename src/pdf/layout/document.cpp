@@ -12,6 +12,8 @@ template <class... Cases>
 struct Overloaded : Cases... {
   using Cases::operator()...;
 };
+template <class... Cases>
+Overloaded(Cases...) -> Overloaded<Cases...>;
 
 [[noreturn]] void refuse(std::string_view expected, const Command& found) {
   throw CommandError("expected " + std::string(expected) + ", found " +
@@ -151,11 +153,8 @@ void Document::paragraph(const ParagraphCommand& command) {
 }
 
 int Document::finish() {
-  if (open_ != Open::nothing) {
-    CommandError error("expected end before the end of the file, found none");
-    error.setLine(openedIn_);
-    throw error;
-  }
+  if (open_ != Open::nothing)
+    throw CommandError("expected end before the end of the file, found none", openedIn_);
   if (pages_.isOpen() || pages_.numbers().page == 0) pages_.end();
   return pages_.numbers().page;
 }

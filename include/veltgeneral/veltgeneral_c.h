@@ -276,6 +276,12 @@ typedef struct vg_factory {
 
 /* `class_name` as for vg_create. Error 429 for no such class. */
 VELTGENERAL_API vg_status DllGetClassObject(const char* class_name, const vg_factory** factory);
+/* Write the classes' names and the path of this library into the registry, and take them out again:
+ * HKEY_LOCAL_MACHINE\SOFTWARE\Classes\VeltGeneral.<class>\InprocServer32, default value. All or
+ * nothing; error 75 where the registry cannot be written. veltgeneral_host.h finds what they write.
+ */
+VELTGENERAL_API vg_status DllRegisterServer(void);
+VELTGENERAL_API vg_status DllUnregisterServer(void);
 /* 0 when no object of the component is alive, 1 while there are some. */
 VELTGENERAL_API vg_status DllCanUnloadNow(void);
 

@@ -1,8 +1,12 @@
 // The entry points that every automation component has.
+#include <string>
 #include <vector>
 
 #include "component/c_handles.h"
 #include "component/component_object.h"
+#include "core/narrow_page.h"
+#include "platform/library.h"
+#include "platform/registry.h"
 
 using namespace veltgeneral;
 
@@ -24,6 +28,32 @@ const std::vector<vg_factory>& factories() {
   return all;
 }
 
+// A text between quotation marks, as registry files write it.
+std::string quoted(std::string_view text) {
+  std::string out = "\"";
+  for (const char c : text) {
+    if (c == '\\' || c == '"') out += '\\';
+    out += c;
+  }
+  return out + '"';
+}
+
+// Applies `lines(class name)` for every class in one change of the registry.
+template <class Lines>
+vg_status changeRegistration(Lines lines) {
+  return guarded([&] {
+    std::string text = "Windows Registry Editor Version 5.00\r\n";
+    for (const Class& type : classes()) {
+      text += lines("HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\VeltGeneral." + std::string(type.name));
+    }
+    try {
+      platform::importRegistry(text, narrowPage());
+    } catch (const platform::RegistryError&) {
+      raise(RunTime::pathFileAccess);
+    }
+  });
+}
+
 }  // namespace
 
 vg_status DllGetClassObject(const char* class_name, const vg_factory** factory) {
@@ -33,6 +63,16 @@ vg_status DllGetClassObject(const char* class_name, const vg_factory** factory) 
     if (type == nullptr) raise(RunTime::cannotCreateObject);
     place = &factories()[static_cast<std::size_t>(type - classes().data())];
   });
+}
+
+vg_status DllRegisterServer(void) {
+  return changeRegistration([](const std::string& key) {
+    return "[" + key + "\\InprocServer32]\r\n@=" + quoted(platform::libraryFile()) + "\r\n";
+  });
+}
+
+vg_status DllUnregisterServer(void) {
+  return changeRegistration([](const std::string& key) { return "[-" + key + "]\r\n"; });
 }
 
 vg_status DllCanUnloadNow(void) { return ComponentObject::count() == 0 ? 0 : 1; }

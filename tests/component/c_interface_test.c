@@ -4,7 +4,11 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include "veltgeneral/veltgeneral_c.h"
+#include "veltgeneral/veltgeneral_host.h"
 
 static int failures = 0;
 
@@ -280,6 +284,44 @@ static void entry_points_make_and_count_objects(void) {
   CHECK(DllCanUnloadNow() == 0);
 }
 
+static void hosts_find_what_was_registered(void) {
+  char folder[] = "/tmp/veltgeneral-host-XXXXXX";
+  char hive[64];
+  char path[4096];
+  char again[4096];
+  struct stat of_path;
+  struct stat of_image;
+  Dl_info image;
+  CHECK(mkdtemp(folder) != NULL);
+  snprintf(hive, sizeof hive, "%s/machine.reg", folder);
+  setenv("VELTGENERAL_REGISTRY_DIR", folder, 1);
+  unsetenv("VELTGENERAL_LIBRARY");
+  CHECK(!vg_host_registered_path("ErrInfo", path, sizeof path));
+  CHECK(DllRegisterServer() == 0 && DllRegisterServer() == 0);
+  CHECK(vg_host_registered_path("ErrInfo", path, sizeof path));
+  CHECK(vg_host_registered_path("VELTGENERAL.fileutility", again, sizeof again));
+  CHECK(strcmp(path, again) == 0 && path[0] == '/');
+  CHECK(!vg_host_registered_path("ErrInfo", again, 8) && !vg_host_registered_path("X", again, 8));
+  const char* inside = vg_version();
+  CHECK(dladdr(inside, &image) != 0 && stat(image.dli_fname, &of_image) == 0);
+  CHECK(stat(path, &of_path) == 0 && of_path.st_ino == of_image.st_ino);
+
+  void* library = vg_host_open("VeltGeneral.ErrInfo");
+  const vg_factory* factory = vg_host_factory(library, "VeltGeneral.ErrInfo");
+  CHECK(factory != NULL && strcmp(factory->class_name, "ErrInfo") == 0);
+  CHECK(vg_host_factory(library, "VeltGeneral.Nothing") == NULL);
+  CHECK(dlclose(library) == 0);
+  CHECK(DllUnregisterServer() == 0 && !vg_host_registered_path("ErrInfo", path, sizeof path));
+
+  /* A folder in the registry's place cannot be written by anybody. */
+  CHECK(unlink(hive) == 0 && mkdir(hive, 0700) == 0);
+  CHECK(DllRegisterServer() == 75);
+  CHECK(rmdir(hive) == 0);
+  char command[64];
+  snprintf(command, sizeof command, "rm -rf %s", folder);
+  CHECK(system(command) == 0);
+}
+
 static void null_is_an_error_and_never_a_crash(void) {
   vg_value* value = vg_value_new();
   vg_object* object = NULL;
@@ -333,6 +375,7 @@ int main(void) {
   callers_objects_are_called_back();
   classes_describe_themselves();
   entry_points_make_and_count_objects();
+  hosts_find_what_was_registered();
   null_is_an_error_and_never_a_crash();
   return failures == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -17,8 +17,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Empty where it cannot be found out.
-std::string folderOfThisFile() noexcept {
+// As the loader found it, links not resolved; empty where it cannot be found out.
+std::string thisFile() noexcept {
   static const char kHere = 0;
   Dl_info info{};
   void* map = nullptr;
@@ -26,11 +26,16 @@ std::string folderOfThisFile() noexcept {
   // The program itself has no name in the loader's list.
   const char* name = static_cast<const link_map*>(map)->l_name;
   std::error_code failed;
-  return fs::canonical(*name != 0 ? name : "/proc/self/exe", failed).parent_path().string();
+  if (*name == 0) return fs::read_symlink("/proc/self/exe", failed).string();
+  return fs::absolute(name, failed).string();
 }
 
 // Found out while the library is being loaded: its name may be relative to the working folder.
-const std::string kFolder = folderOfThisFile();
+const std::string kFile = thisFile();
+const std::string kFolder = [] {
+  std::error_code failed;
+  return fs::canonical(kFile, failed).parent_path().string();
+}();
 
 }  // namespace
 
@@ -62,6 +67,11 @@ void* Library::symbol(const char* name) const {
 std::string libraryFolder() {
   if (kFolder.empty()) throw RuntimeError(RunTime::fileNotFound);
   return kFolder;
+}
+
+std::string libraryFile() {
+  if (kFile.empty()) throw RuntimeError(RunTime::fileNotFound);
+  return kFile;
 }
 
 std::string modulePath(const std::string& name) {

@@ -14,18 +14,31 @@ constexpr std::size_t kStep = 4096;
 // From here on huge pages pay, and growing by less costs more than it saves.
 constexpr std::size_t kBigText = std::size_t{1} << 21;
 
-// Room for `needed` characters. Small texts grow fast towards the size that gets huge pages.
-void makeRoom(Text& text, std::size_t needed) {
-  if (needed <= text.capacity()) return;
+void reallocate(Text& text, std::size_t capacity) {
   Text bigger;
-  if (!text.empty()) {
-    needed =
-        std::max(needed, std::min(text.size() * (text.size() < kBigText ? 4 : 2), kGreatestText));
-  }
-  bigger.reserve(needed);
+  bigger.reserve(capacity);
   platform::preferHugePages(bigger.data(), bigger.capacity() * sizeof(char16_t));
   bigger.append(text);
   text.swap(bigger);
+}
+
+// Room for `more` characters, and at once for all the `announced` ones behind them if there is as
+// much memory. Else small texts grow fast towards the size that gets huge pages. False where memory
+// is short.
+bool makeRoom(Text& text, std::size_t more, std::size_t announced) {
+  const std::size_t needed = text.size() + more;
+  if (needed <= text.capacity()) return true;
+  const std::size_t grown = text.size() * (text.size() < kBigText ? 4 : 2);
+  const std::size_t all = needed + std::min(announced, kGreatestText - needed);
+  for (const std::size_t capacity : {std::max(all, grown), std::max(needed, grown), needed}) {
+    try {
+      reallocate(text, std::min(capacity, kGreatestText));
+      return true;
+    } catch (const std::bad_alloc&) {
+      continue;  // with less
+    }
+  }
+  return false;
 }
 
 }  // namespace
@@ -38,15 +51,13 @@ void readBody(platform::Internet& internet, std::int32_t urlHandle, Text& out, s
   while (out.size() < limit) {
     const std::size_t wanted = std::min(kStep, limit - out.size());
     const platform::InternetRead read = internet.read(urlHandle, std::span(bytes).first(wanted));
-    if (!read.succeeded || read.count == 0) return;
-    try {
-      makeRoom(out, out.size() + read.count);
-    } catch (const std::bad_alloc&) {
-      return;  // as promised: what was read stays
-    }
+    if (!read.succeeded || read.count == 0) break;
+    if (!makeRoom(out, read.count, read.announced)) break;  // as promised: what was read stays
     page.widen(std::span(bytes).first(read.count), characters.data());
     out.append(characters.data(), read.count);
   }
+  // A server may have announced more than it had.
+  if (out.capacity() > kBigText && out.capacity() / 4 > out.size()) out.shrink_to_fit();
 }
 
 }  // namespace veltgeneral

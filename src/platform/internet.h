@@ -32,8 +32,9 @@ enum class InternetAccess : std::uint8_t {
 };
 
 struct InternetRead {
-  std::size_t count;  // bytes delivered; 0 at the end of the body and after a failure
-  bool succeeded;     // false: no such URL handle, closed meanwhile, cut off, silent for 30 s
+  std::size_t count;        // bytes delivered; 0 at the end of the body and after a failure
+  bool succeeded;           // false: no such URL handle, closed meanwhile, cut off, silent for 30 s
+  std::uint64_t announced;  // bytes that the server says are still to come; 0 where it does not
 };
 
 // Nothing here throws: the implementation lives in a module of its own.

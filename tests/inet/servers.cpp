@@ -1,15 +1,11 @@
 #include "servers.h"
 
 #include <arpa/inet.h>
-#include <fcntl.h>
 #include <poll.h>
-#include <sys/prctl.h>
 #include <sys/socket.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <csignal>
-#include <fstream>
+#include <filesystem>
 #include <stdexcept>
 
 namespace veltgeneral::test {
@@ -47,31 +43,11 @@ bool listening(int port) {
 
 }  // namespace
 
-TempFolder::TempFolder() {
-  std::string name = (fs::temp_directory_path() / "velt_inet.XXXXXX").string();
-  if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
-  path_ = name;
-}
-
-TempFolder::~TempFolder() {
-  std::error_code ignored;
-  fs::remove_all(path_, ignored);
-}
-
-std::string TempFolder::write(const std::string& name, std::string_view content) const {
-  const fs::path file = path_ / name;
-  fs::create_directories(file.parent_path());
-  std::ofstream(file, std::ios::binary) << content;
-  return file.string();
-}
-
-bool eventually(const std::function<bool()>& condition) {
-  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(kPatienceSeconds);
-  while (!condition()) {
-    if (std::chrono::steady_clock::now() > end) return false;
-    std::this_thread::sleep_for(std::chrono::milliseconds(5));
-  }
-  return true;
+std::string write(const TemporaryFolder& folder, const std::string& name,
+                  std::string_view content) {
+  fs::create_directories((folder.path() / name).parent_path());
+  folder.put(name, content);
+  return folder.file(name);
 }
 
 int freePort() {
@@ -80,30 +56,8 @@ int freePort() {
   return port;
 }
 
-Process::Process(const std::vector<std::string>& command) {
-  std::vector<char*> arguments;
-  for (const std::string& each : command) arguments.push_back(const_cast<char*>(each.c_str()));
-  arguments.push_back(nullptr);
-  pid_ = ::fork();
-  if (pid_ != 0) return;
-  ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-  const int nowhere = ::open("/dev/null", O_RDWR);
-  for (int stream : {0, 1, 2}) ::dup2(nowhere, stream);
-  ::execvp(arguments[0], arguments.data());
-  ::_exit(127);
-}
-
-int Process::finish(bool kill) {
-  if (pid_ <= 0) return 0;
-  if (kill) ::kill(pid_, SIGKILL);
-  int status = 0;
-  ::waitpid(pid_, &status, 0);
-  pid_ = 0;
-  return status;
-}
-
 void run(const std::vector<std::string>& command) {
-  if (Process(command).finish(false) != 0) throw std::runtime_error(command[0] + " failed");
+  if (Process(command).wait() != 0) throw std::runtime_error(command[0] + " failed");
 }
 
 Daemon::Daemon(const std::vector<std::string>& command, int port) : process_(command) {
@@ -171,7 +125,7 @@ ScriptedServer::~ScriptedServer() {
   ::close(listener_);
 }
 
-Nginx::Nginx(const TempFolder& folder, std::string servers, std::size_t ports) {
+Nginx::Nginx(const TemporaryFolder& folder, std::string servers, std::size_t ports) {
   const std::string root = folder.path().string();
   for (std::size_t i = 1; i <= ports; ++i) {
     ports_.push_back(freePort());
@@ -186,10 +140,11 @@ Nginx::Nginx(const TempFolder& folder, std::string servers, std::size_t ports) {
     paths += std::string(each) + "_temp_path " + root + "/" + each + ";\n";
   }
   // One process, which stays what it is: no other user could see the folder.
-  const std::string config = folder.write(
-      "nginx.conf", "daemon off; master_process off; pid " + root + "/pid; error_log stderr;\n" +
-                        "events { worker_connections 256; }\nhttp { access_log off;\n" + paths +
-                        "root " + root + "/www; keepalive_requests 100000;\n" + servers + "}\n");
+  const std::string config =
+      write(folder, "nginx.conf",
+            "daemon off; master_process off; pid " + root + "/pid; error_log stderr;\n" +
+                "events { worker_connections 256; }\nhttp { access_log off;\n" + paths + "root " +
+                root + "/www; keepalive_requests 100000;\n" + servers + "}\n");
   daemon_.emplace_back(
       std::vector<std::string>{"nginx", "-p", root, "-c", config, "-e", root + "/error.log"},
       ports_[0]);

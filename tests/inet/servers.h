@@ -2,10 +2,7 @@
 // object. Waits end after ten seconds at most.
 #pragma once
 
-#include <sys/types.h>
-
 #include <atomic>
-#include <filesystem>
 #include <functional>
 #include <list>
 #include <string>
@@ -13,44 +10,22 @@
 #include <thread>
 #include <vector>
 
+#include "support/process.h"
+#include "support/temporary_folder.h"
+
 namespace veltgeneral::test {
 
 constexpr int kPatienceSeconds = 10;
 
-class TempFolder {
- public:
-  TempFolder();
-  TempFolder(const TempFolder&) = delete;
-  TempFolder& operator=(const TempFolder&) = delete;
-  ~TempFolder();
-
-  const std::filesystem::path& path() const { return path_; }
-  // Writes a file and returns its path.
-  std::string write(const std::string& name, std::string_view content) const;
-
- private:
-  std::filesystem::path path_;
-};
+// Writes a file of `folder`, and the folders on its way; returns its path.
+std::string write(const TemporaryFolder& folder, const std::string& name, std::string_view content);
 
 // Whether `condition` comes true in time.
-bool eventually(const std::function<bool()>& condition);
+inline bool eventually(const std::function<bool()>& condition) {
+  return waitUntil(condition, std::chrono::seconds(kPatienceSeconds));
+}
 
 int freePort();
-
-// A child process, killed with its object (and with the test, should that crash).
-class Process {
- public:
-  explicit Process(const std::vector<std::string>& command);
-  Process(const Process&) = delete;
-  Process& operator=(const Process&) = delete;
-  ~Process() { finish(true); }
-
-  // The exit status, after killing it where asked to.
-  int finish(bool kill);
-
- private:
-  pid_t pid_;
-};
 
 // Runs a command to its end; throws where it fails.
 void run(const std::vector<std::string>& command);
@@ -106,7 +81,7 @@ class ScriptedServer {
 // folder "www" of `folder` is its root.
 class Nginx {
  public:
-  Nginx(const TempFolder& folder, std::string servers, std::size_t ports = 1);
+  Nginx(const TemporaryFolder& folder, std::string servers, std::size_t ports = 1);
 
   int port(std::size_t which = 1) const { return ports_[which - 1]; }
   std::string url(const std::string& path, std::size_t which = 1) const {

@@ -10,7 +10,7 @@ namespace veltgeneral::test {
 namespace {
 
 // Makes NAME.pem and NAME.key in `folder`: an authority where `issuer` is empty.
-void certify(const TempFolder& folder, const std::string& name, const std::string& issuer = "",
+void certify(const TemporaryFolder& folder, const std::string& name, const std::string& issuer = "",
              const std::string& host = "", const std::string& days = "30") {
   const std::string base = (folder.path() / name).string();
   std::vector<std::string> request{
@@ -23,7 +23,7 @@ void certify(const TempFolder& folder, const std::string& name, const std::strin
   request.insert(request.end(), {"-out", base + ".csr"});
   run(request);
   const std::string authority = (folder.path() / issuer).string();
-  const std::string names = folder.write(name + ".ext", "subjectAltName=" + host);
+  const std::string names = write(folder, name + ".ext", "subjectAltName=" + host);
   run({"openssl", "x509", "-req", "-in", base + ".csr", "-CA", authority + ".pem", "-CAkey",
        authority + ".key", "-CAcreateserial", "-days", days, "-extfile", names, "-out",
        base + ".pem"});
@@ -59,7 +59,7 @@ class Tls : public testing::Test {
     return scheme + "://127.0.0.1:" + std::to_string(nginx_->port(server)) + path;
   }
 
-  TempFolder folder_;
+  TemporaryFolder folder_;
   std::optional<Nginx> nginx_;
 };
 
@@ -85,8 +85,9 @@ TEST_F(Tls, RedirectsKeepTheirWord) {
 
 TEST_F(Tls, ThroughAProxy) {
   const int port = freePort();
-  const std::string config = folder_.write(
-      "tinyproxy.conf", "Listen 127.0.0.1\nPort " + std::to_string(port) + "\nTimeout 10\n");
+  const std::string config =
+      write(folder_, "tinyproxy.conf",
+            "Listen 127.0.0.1\nPort " + std::to_string(port) + "\nTimeout 10\n");
   const Daemon proxy({"tinyproxy", "-d", "-c", config}, port);
   const std::string name = "https=127.0.0.1:" + std::to_string(port);
   Session session(Variant(fromUtf8(name)));

@@ -6,13 +6,14 @@
 #include "veltgeneral/err_info.h"
 #include "veltgeneral/file_utility.h"
 #include "veltgeneral/funzioni.h"
+#include "veltgeneral/velt_inet.h"
 
 namespace veltgeneral {
 
 template <class... C>
 struct ClassList {};
 
-using Classes = ClassList<ErrInfo, FileUtility, Funzioni>;
+using Classes = ClassList<ErrInfo, FileUtility, Funzioni, VeltInet>;
 
 // Name, summary and rows of C.
 template <class C>
@@ -24,5 +25,7 @@ template <>
 Class describeClass<FileUtility>();
 template <>
 Class describeClass<Funzioni>();
+template <>
+Class describeClass<VeltInet>();
 
 }  // namespace veltgeneral

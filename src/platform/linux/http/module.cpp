@@ -123,9 +123,9 @@ class CurlInternet final : public Internet {
   }
 
   InternetRead read(std::int32_t urlHandle, std::span<std::uint8_t> out) noexcept override {
-    return orElse(InternetRead{0, false}, [&]() -> InternetRead {
+    return orElse(InternetRead{0, false, 0}, [&]() -> InternetRead {
       const auto url = table_.find<UrlRef>(urlHandle);
-      if (url == nullptr) return {0, false};
+      if (url == nullptr) return {0, false, 0};
       return url->transfer().read(out);
     });
   }

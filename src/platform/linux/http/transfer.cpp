@@ -92,12 +92,8 @@ void Transfer::setProxy(const char* proxy) {
 
 void Transfer::setRequestOptions(const Request& request) {
   CURL* easy = easy_.get();
-  const auto has = [&](std::uint32_t flag) { return (request.flags & flag) != 0; };
   curl_easy_setopt(easy, CURLOPT_URL, request.url.c_str());
-  curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, has(kInternetSecure) ? "https" : "http,https,ftp");
-  curl_easy_setopt(easy, CURLOPT_REDIR_PROTOCOLS_STR,
-                   has(kInternetSecure) ? "https" : "http,https");
-  curl_easy_setopt(easy, CURLOPT_SSL_VERIFYHOST, has(kInternetIgnoreCertName) ? 0L : 2L);
+  setFlags(request.flags);
   headers_.reset();
   const auto add = [&](const char* line) {
     curl_slist* longer = curl_slist_append(headers_.get(), line);
@@ -106,11 +102,23 @@ void Transfer::setRequestOptions(const Request& request) {
     headers_.reset(longer);
   };
   for (const std::string& line : request.headers) add(line.c_str());
-  if (has(kInternetReload)) {
+  if ((request.flags & kInternetReload) != 0) {
     if (!hasHeader(request.headers, "cache-control")) add("Cache-Control: no-cache");
     if (!hasHeader(request.headers, "pragma")) add("Pragma: no-cache");
   }
   curl_easy_setopt(easy, CURLOPT_HTTPHEADER, headers_.get());
+}
+
+// Seldom changes from one request to the next, and libcurl takes its time to read the schemes.
+void Transfer::setFlags(std::uint32_t flags) {
+  if (flags_ == flags) return;
+  CURL* easy = easy_.get();
+  const bool secure = (flags & kInternetSecure) != 0;
+  const bool anyName = (flags & kInternetIgnoreCertName) != 0;
+  curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, secure ? "https" : "http,https,ftp");
+  curl_easy_setopt(easy, CURLOPT_REDIR_PROTOCOLS_STR, secure ? "https" : "http,https");
+  curl_easy_setopt(easy, CURLOPT_SSL_VERIFYHOST, anyName ? 0L : 2L);
+  flags_ = flags;
 }
 
 bool Transfer::start(const Request& request) {
@@ -124,13 +132,14 @@ bool Transfer::start(const Request& request) {
   attached_ = curl_multi_add_handle(multi_.get(), easy_.get()) == CURLM_OK;
   if (!attached_) return false;
   driveUntil([this] { return headComplete_; });
+  bodyLeft_ = announcedLength();
   // An FTP file may be empty; an HTTP answer without an end to its head is none.
   return headComplete_ || (status_ == 0 && done_ && result_ == CURLE_OK);
 }
 
 InternetRead Transfer::read(std::span<std::uint8_t> out) {
   const std::lock_guard lock(busy_);
-  if (stopped_) return {0, false};
+  if (stopped_) return {0, false, 0};
   if (begin_ == end_ && !done_) {
     begin_ = end_ = 0;
     if (paused_) {
@@ -144,7 +153,14 @@ InternetRead Transfer::read(std::span<std::uint8_t> out) {
   const std::size_t count = std::min(out.size(), end_ - begin_);
   std::memcpy(out.data(), stash_.get() + begin_, count);
   begin_ += count;
-  return {count, count > 0 || result_ == CURLE_OK};
+  bodyLeft_ -= std::min<std::uint64_t>(bodyLeft_, count);
+  return {count, count > 0 || result_ == CURLE_OK, bodyLeft_};
+}
+
+std::uint64_t Transfer::announcedLength() const noexcept {
+  curl_off_t length = -1;
+  curl_easy_getinfo(easy_.get(), CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &length);
+  return length < 0 ? 0 : static_cast<std::uint64_t>(length);
 }
 
 void Transfer::stop() noexcept {

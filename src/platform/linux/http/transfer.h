@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -61,6 +62,7 @@ class Transfer {
 
   void setConstantOptions(const std::string& agent, CURLSH* share);
   void setRequestOptions(const Request& request);
+  void setFlags(std::uint32_t flags);
   bool keepHeader(std::string_view line) noexcept;
   std::size_t keepBody(const char* data, std::size_t bytes) noexcept;
   template <typename Condition>
@@ -68,10 +70,13 @@ class Transfer {
   void perform();
   void wait();
   void end(CURLcode result) noexcept;
+  std::uint64_t announcedLength() const noexcept;
 
   std::unique_ptr<CURLM, Release<curl_multi_cleanup>> multi_;
   std::unique_ptr<CURL, Release<curl_easy_cleanup>> easy_;
   std::unique_ptr<curl_slist, Release<curl_slist_free_all>> headers_;
+
+  std::optional<std::uint32_t> flags_;  // in force
 
   std::mutex busy_;  // held by whoever is in start() or read()
   std::atomic<bool> stopped_ = false;
@@ -86,6 +91,7 @@ class Transfer {
   int status_ = 0;
   CURLcode result_ = CURLE_OK;
   std::size_t headBytes_ = 0;
+  std::uint64_t bodyLeft_ = 0;  // as announced
   Clock::time_point lastSign_;
 
   // What was received and not yet read: [begin_, end_) of the stash.

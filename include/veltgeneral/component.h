@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "veltgeneral/export.h"
 #include "veltgeneral/object.h"
@@ -71,6 +72,12 @@ VELTGENERAL_API std::span<const Class> classes() noexcept;
 VELTGENERAL_API ObjectRef createObject(TextView name);
 // Null for a name that is no class.
 VELTGENERAL_API const Class* findClass(TextView name) noexcept;
+
+// A record: an object whose properties are whatever is put into it, empty before that. It serves
+// where a member takes a record, and as a window.
+VELTGENERAL_API ObjectRef makeRecord();
+// The names put into a record, in that order; none for any other object.
+VELTGENERAL_API std::vector<Text> fieldNames(const Object& record);
 
 // The class of an object that this component created; null for anybody else's.
 VELTGENERAL_API const Class* classOf(const Object& object) noexcept;

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "veltgeneral/export.h"
 #include "veltgeneral/text.h"
 
 namespace veltgeneral {
@@ -41,7 +42,7 @@ struct Locale {
 };
 
 // The calling thread's locale: that of an enclosing ScopedLocale, else the user's. Lives for good.
-const Locale& userLocale();
+VELTGENERAL_API const Locale& userLocale();
 
 // Gives the calling thread another locale until the end of the scope.
 class ScopedLocale {

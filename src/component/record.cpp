@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "component/names.h"
+#include "veltgeneral/component.h"
 #include "veltgeneral/runtime_error.h"
 
 namespace veltgeneral {
@@ -36,6 +37,16 @@ Variant Record::call(TextView name, CallKind kind, std::span<Variant> arguments)
     field->second = arguments[0];
   }
   return Empty{};
+}
+
+ObjectRef makeRecord() { return std::make_shared<Record>(); }
+
+std::vector<Text> fieldNames(const Object& record) {
+  std::vector<Text> names;
+  if (const auto* ours = dynamic_cast<const Record*>(&record)) {
+    for (const auto& field : ours->fields()) names.push_back(field.first);
+  }
+  return names;
 }
 
 structError readStructError(const Variant& value) {

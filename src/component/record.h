@@ -15,6 +15,8 @@ class Record final : public Object {
  public:
   Variant call(TextView name, CallKind kind, std::span<Variant> arguments) override;
 
+  const std::vector<std::pair<Text, Variant>>& fields() const noexcept { return fields_; }
+
  private:
   std::vector<std::pair<Text, Variant>> fields_;
 };

@@ -4,10 +4,12 @@
 #include <optional>
 #include <string>
 
+#include "veltgeneral/export.h"
+
 namespace veltgeneral::platform {
 
 // The value of a variable, empty values included; nothing where it is not set or where the process
 // runs with more rights than its user (the environment is then not to be trusted).
-std::optional<std::string> environment(const char* name);
+VELTGENERAL_API std::optional<std::string> environment(const char* name);
 
 }  // namespace veltgeneral::platform

@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include "veltgeneral/export.h"
+
 namespace veltgeneral::platform {
 
 // An open library; unloaded when the object goes.
@@ -35,7 +37,7 @@ class Library {
 // The folder of the file that this library was loaded from, links resolved; where the library is
 // linked into a program, that program's folder. Does not end in a slash. Throws RuntimeError 53
 // where it could not be found out.
-std::string libraryFolder();
+VELTGENERAL_API std::string libraryFolder();
 
 // The absolute path that this library was loaded by, links not resolved, so that it stays good when
 // a newer version takes the file's place. Throws RuntimeError 53 where it could not be found out.
@@ -43,6 +45,6 @@ std::string libraryFile();
 
 // The file of our own module `name` ("veltgeneral-http"): in the folder VELTGENERAL_MODULE_DIR, or
 // where that is not set in the folder "veltgeneral" beside this library. Need not exist.
-std::string modulePath(const std::string& name);
+VELTGENERAL_API std::string modulePath(const std::string& name);
 
 }  // namespace veltgeneral::platform

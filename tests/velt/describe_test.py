@@ -1,0 +1,121 @@
+"""velt classes, describe, doctor, completion, and the program's own command line."""
+
+import os
+import subprocess
+import unittest
+
+from velt_process import VeltTest
+
+
+class Classes(VeltTest):
+    def test_every_class_describes_itself(self):
+        names = [each["name"] for each in self.answer("classes")]
+        self.assertEqual(names[:2], ["ErrInfo", "FileUtility"])
+        for name in names:
+            said = self.answer("describe", name.upper())
+            self.assertEqual(said["name"], name)
+            lines = self.velt("describe", "VeltGeneral." + name).splitlines()
+            self.assertEqual(len(lines), 1 + len(said["members"]))
+            for line, member in zip(lines[1:], said["members"]):
+                self.assertIn(member["name"], line)
+
+    def test_signatures(self):
+        for target, line in [
+            ("ErrInfo.ErrInfo",
+             "ErrInfo(lNumberInfo: int32, sDescriptionInfo: text, iTypeInfo: typeInfoCostant, "
+             "sLocationInfo: text, [vntClassInfo: variant], [vntProcessInfo: variant], "
+             "[vntStepInfo: variant]) -> int16"),
+            ("ErrInfo.clear", "clear()"),
+            ("errinfo.stepinfo", "stepInfo -> variant"),
+            ("FileUtility.readFile",
+             "readFile(sFileName: text, in/out sTextFile: text) -> ErrInfo"),
+        ]:
+            with self.subTest(target=target):
+                self.assertEqual(self.velt("describe", target).splitlines()[1:], ["  " + line])
+        member = self.answer("describe", "FileUtility.numFileInDir")["members"][0]
+        self.assertEqual(member, {
+            "name": "numFileInDir", "kind": "method", "result": "ErrInfo", "parameters": [
+                {"name": "sDirectory", "type": "text", "inOut": False, "optional": False},
+                {"name": "iNumFile", "type": "int16", "inOut": True, "optional": False}]})
+
+    def test_unknown(self):
+        self.assertIn("error 429", self.velt("describe", "Nobody", status=2))
+        self.assertIn("error 438", self.velt("describe", "ErrInfo.nothing", status=2))
+
+
+class CommandLine(VeltTest):
+    def commands(self, *path):
+        """Every sub-command with its help, as (path, help)."""
+        text = self.velt(*path, "--help")
+        yield path, text
+        if "Subcommands:" in text:
+            for line in text.split("Subcommands:\n")[1].split("\n\n")[0].splitlines():
+                yield from self.commands(*path, line.split()[0])
+
+    def test_helps_show_examples(self):
+        for path, text in self.commands():
+            with self.subTest(path=path):
+                self.assertIn("Examples:\n  ", text)
+
+    def test_errors_are_on_standard_error(self):
+        for arguments in [[], ["nothing"], ["classes", "more"], ["classes", "--nothing"], ["call"],
+                          ["completion", "tcsh"], ["describe"]]:
+            with self.subTest(arguments=arguments):
+                self.assertTrue(self.velt(*arguments, status=2).startswith("velt: "))
+        self.assertRegex(self.velt("--version"), r"^velt \d+\.\d+\.\d+\n$")
+
+
+class Completion(VeltTest):
+    def offered(self, *words):
+        script = self.write("velt.bash", self.velt("completion", "bash").encode())
+        line = " ".join(f"'{word}'" for word in words)
+        done = subprocess.run(
+            ["bash", "-c", f"source {script}; COMP_WORDS=({line}); COMP_CWORD={len(words) - 1}; "
+                           "_velt; printf '%s\\n' \"${COMPREPLY[@]}\""],
+            capture_output=True, text=True, check=True)
+        return done.stdout.split()
+
+    def test_bash(self):
+        for words, offered in [
+            (["velt", "desc"], ["describe"]),
+            (["velt", "classes", "--j"], ["--json"]),
+            (["velt", "describe", "--json", "ErrI"], ["ErrInfo"]),
+            (["velt", "call", "FileUtility.readF"], ["FileUtility.readFile"]),
+            (["velt", "completion", "b"], ["bash"]),
+        ]:
+            with self.subTest(words=words):
+                self.assertEqual(self.offered(*words), offered)
+
+    def test_other_shells_accept_theirs(self):
+        for shell in ("zsh", "fish"):
+            script = self.write("velt." + shell, self.velt("completion", shell).encode())
+            subprocess.run([shell, "-n", script], check=True, cwd=self.folder)
+
+
+class Doctor(VeltTest):
+    def findings(self, **environment):
+        return {each["subject"]: (each["value"], each["source"])
+                for each in self.answer("doctor", **environment)}
+
+    def test_who_said_so(self):
+        found = self.findings()
+        self.assertEqual(found["locale"], ("en_US", "VELTGENERAL_LOCALE"))
+        self.assertEqual(found["code page"], ("CP1252", "default"))
+        self.assertEqual(found["drives"], ("none", "default"))
+        found = self.findings(VELTGENERAL_LOCALE="", LANG="C", LC_NUMERIC="it_IT.UTF-8",
+                              VELTGENERAL_DRIVE_Q=self.folder, VELTGENERAL_FORM="image:a.png",
+                              VELTGENERAL_PRINTER="pdf:a.pdf", VELTGENERAL_CODEPAGE="CP1250",
+                              VELTGENERAL_MODULE_DIR=self.folder)
+        self.assertEqual(found["decimal mark"], (",", "LC_NUMERIC"))
+        self.assertEqual(found["date order"], ("month, day, year", "LANG"))
+        self.assertEqual(found["drive Q:"], (self.folder, "VELTGENERAL_DRIVE_Q"))
+        self.assertEqual(found["report form"], ("image:a.png", "VELTGENERAL_FORM"))
+        self.assertEqual(found["printer"], ("pdf:a.pdf", "VELTGENERAL_PRINTER"))
+        self.assertEqual(found["code page"], ("CP1250", "VELTGENERAL_CODEPAGE"))
+        self.assertEqual(found["HTTP module"],
+                         (os.path.join(self.folder, "veltgeneral-http.so (missing)"),
+                          "VELTGENERAL_MODULE_DIR"))
+
+
+if __name__ == "__main__":
+    unittest.main()

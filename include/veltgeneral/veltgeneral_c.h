@@ -26,6 +26,7 @@
  *     within one major version. vg_interface_version() is the loaded library's, which may be
  *     greater than the header's.
  */
+/* NOLINTBEGIN(modernize-*): this is C */
 #ifndef VELTGENERAL_VELTGENERAL_C_H
 #define VELTGENERAL_VELTGENERAL_C_H
 
@@ -290,3 +291,4 @@ VELTGENERAL_API vg_status DllCanUnloadNow(void);
 #endif
 
 #endif
+/* NOLINTEND(modernize-*) */

@@ -1,5 +1,7 @@
 // The C interface: objects, calls by name, and a caller's own objects.
 #include <algorithm>
+#include <array>
+#include <functional>
 #include <new>
 #include <vector>
 
@@ -26,8 +28,8 @@ class CallbackObject final : public Object {
 
   Variant call(TextView name, CallKind kind, std::span<Variant> arguments) override {
     std::vector<vg_value> values(arguments.size());
-    std::vector<vg_value*> pointers;
-    for (vg_value& value : values) pointers.push_back(&value);
+    std::vector<vg_value*> pointers(arguments.size());
+    std::ranges::transform(values, pointers.begin(), [](vg_value& value) { return &value; });
     const auto exchange = [&] {
       for (std::size_t i = 0; i < values.size(); ++i) std::swap(values[i].variant, arguments[i]);
     };
@@ -56,7 +58,7 @@ class CallbackObject final : public Object {
 struct Arguments {
   std::span<vg_value* const> positional;
   std::span<vg_value* const> named;
-  const char* const* names;
+  std::span<const char* const> names;
 };
 
 Arguments argumentsOf(vg_value* const* values, std::size_t count, const char* const* names,
@@ -65,7 +67,7 @@ Arguments argumentsOf(vg_value* const* values, std::size_t count, const char* co
     raise(RunTime::invalidCall);
   }
   const std::span all(values, count);
-  return {all.first(count - named), all.last(named), names};
+  return {all.first(count - named), all.last(named), std::span(names, named)};
 }
 
 CallKind callKind(vg_call_kind kind) {

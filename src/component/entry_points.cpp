@@ -28,6 +28,8 @@ const std::vector<vg_factory>& factories() {
   return all;
 }
 
+constexpr std::string_view kRegistered = R"(HKEY_LOCAL_MACHINE\SOFTWARE\Classes\VeltGeneral.)";
+
 // A text between quotation marks, as registry files write it.
 std::string quoted(std::string_view text) {
   std::string out = "\"";
@@ -44,7 +46,7 @@ vg_status changeRegistration(Lines lines) {
   return guarded([&] {
     std::string text = "Windows Registry Editor Version 5.00\r\n";
     for (const Class& type : classes()) {
-      text += lines("HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\VeltGeneral." + std::string(type.name));
+      text += lines(std::string(kRegistered).append(type.name));
     }
     try {
       platform::importRegistry(text, narrowPage());

@@ -38,6 +38,15 @@ class VELTGENERAL_API Funzioni {
   ErrInfo getValueFromCsvString(TextView sStringValue, TextArray& sArrayValue,
                                 std::int32_t& lNumFieldFound);
 
+  // Sorts the elements `Low` to `High` of a list in place by their characters from `iByteStart`
+  // (1 is the first) on, at most `iByteLen` of them; by code unit, a shorter key before a longer
+  // one that it begins. `bIgnoreUcase` true compares them as they are, false in upper case. Not
+  // stable. The pivots come from the process's pseudo-random numbers, and the host's pending events
+  // are processed once a pass (host_events.h); the hook must not change the array. Success is a
+  // result as newly created; after a failure, elements already exchanged stay so.
+  ErrInfo quickSortArray(TextArray& SortArray, std::int32_t Low, std::int32_t High,
+                         std::int16_t iByteStart, std::int16_t iByteLen, bool bIgnoreUcase);
+
   // Days and times that the calendar has, written in exactly 8, 14 and 6 digits, years 1000 to
   // 9999. A time other than midnight before 30 December 1899 is refused: the sum of a negative day
   // number and a time does not come back as it went in.

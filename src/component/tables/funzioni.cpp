@@ -10,6 +10,8 @@ namespace {
 constexpr Member kRows[] = {
     method<&Funzioni::getValueFromCsvString>("getValueFromCsvString", "sStringValue", "sArrayValue",
                                              "lNumFieldFound"),
+    method<&Funzioni::quickSortArray>("quickSortArray", "SortArray", "Low", "High", "iByteStart",
+                                      "iByteLen", "bIgnoreUcase"),
     method<&Funzioni::isDateYYYYMMDD>("isDateYYYYMMDD", "sDate"),
     method<&Funzioni::isDateYYYYMMDDHH24MISS>("isDateYYYYMMDDHH24MISS", "sDate"),
     method<&Funzioni::isTimeHH24MISS>("isTimeHH24MISS", "sTime"),

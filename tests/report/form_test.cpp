@@ -233,6 +233,14 @@ TEST_F(FormTest, ALostDisplayIsAnErrorAndNoMore) {
     report_.closeReport();
   }
   EXPECT_EQ(errorOf([&] { report_.openReport(); }), 57);
+  {
+    // It goes while a member draws: the next thing is a write to it.
+    VirtualDisplay display;
+    platform::ReportSurfaces& surfaces = platform::reportSurfaces();
+    EXPECT_EQ(surfaces.form().drawBox(100, 100, 900, 900, 0), 0);
+    display.end(SIGKILL);
+    EXPECT_EQ(surfaces.serviceEvents(), 57);
+  }
   const VirtualDisplay another;
   report_.openReport();
   EXPECT_NE(formOn(Observer()), 0u);

@@ -3,6 +3,7 @@
 #include <sys/resource.h>
 
 #include <cmath>
+#include <thread>
 
 #include "drawing/temp_folder.h"
 #include "report/error_of.h"
@@ -175,6 +176,30 @@ TEST_F(PrinterTest, AFullDiskIsAnErrorAndKeepsWhatWasThere) {
   EXPECT_EQ(error, 61);
   EXPECT_EQ(drawing::readAll(file), "before");
   EXPECT_EQ(folder_.fileCount(), 1u);
+}
+
+TEST_F(PrinterTest, ManyThreadsEachWithItsOwnDocument) {
+  const std::string file = folder_ / "report.pdf";
+  choose("pdf:" + file);
+  ::setenv("VELTGENERAL_FORM", ("image:" + folder_ / "form.png").c_str(), 1);
+  const auto work = [] {
+    Reporting printed;
+    printed.setOutputMode(torPRINTER);
+    Reporting shown;
+    Variant size = 12.0;
+    for (int i = 0; i < 20; ++i) {
+      shown.prtTesto(2.0, 3.0, size, false, i % 2 == 0,
+                     u"perch\u00E9 \u4E2D\u6587 \u0E44\u0E17\u0E22");
+      printed.prtTesto(2.0, 9.0, size, false, false, u"\u4E2D\u6587");
+      printTwoPages(printed);
+    }
+  };
+  { const std::jthread threads[] = {std::jthread(work), std::jthread(work), std::jthread(work)}; }
+  Reporting().closeReport();
+  ::unsetenv("VELTGENERAL_FORM");
+  // Whichever was last, it is whole.
+  expectTwoPages(readPdf(file));
+  EXPECT_EQ(folder_.fileCount(), 2u);
 }
 
 TEST_F(PrinterTest, StraightToAPrinter) {

@@ -13,13 +13,11 @@ namespace {
 std::atomic<ReportSurfaces*> loaded = nullptr;
 
 ReportSurfaces& load() {
-  auto library = std::make_unique<Library>(modulePath("veltgeneral-report"));
-  auto* entry = library->entry<ReportSurfaces&() noexcept>("veltgeneralReportSurfaces");
   // Never closed: a document may outlive every object of ours at the end of the process.
-  static_cast<void>(library.release());
-  ReportSurfaces& surfaces = entry();
-  loaded = &surfaces;
-  return surfaces;
+  static const Library& library =
+      *std::make_unique<Library>(modulePath("veltgeneral-report")).release();
+  loaded = &library.entry<ReportSurfaces&() noexcept>("veltgeneralReportSurfaces")();
+  return *loaded;
 }
 
 }  // namespace

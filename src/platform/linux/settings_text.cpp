@@ -1,9 +1,11 @@
 #include "platform/linux/settings_text.h"
 
 #include <algorithm>
-#include <clocale>
-#include <cwctype>
-#include <vector>
+#include <array>
+#include <memory>
+#include <numeric>
+
+#include "platform/upper_case.h"
 
 namespace veltgeneral::platform {
 namespace {
@@ -32,16 +34,12 @@ void append(std::string& out, char32_t c) {
   }
 }
 
-std::vector<char16_t> upperTable() {
-  std::vector<char16_t> table(0x10000);
-  // Comes with the C library, whatever other locales are installed.
-  locale_t unicode = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
-  for (std::size_t i = 0; i < table.size(); ++i) {
-    const auto unit = static_cast<wint_t>(i);
-    const wint_t up = unicode != nullptr ? ::towupper_l(unit, unicode) : unit;
-    table[i] = static_cast<char16_t>(up < 0x10000 ? up : unit);
-  }
-  if (unicode != nullptr) ::freelocale(unicode);
+using UpperTable = std::array<char16_t, 65536>;
+
+std::unique_ptr<const UpperTable> upperTable() {
+  auto table = std::make_unique<UpperTable>();
+  std::iota(table->begin(), table->end(), char16_t{0});
+  mapToUpper(*table);
   return table;
 }
 
@@ -133,8 +131,8 @@ std::string pageOfInner(std::string_view inner, const NarrowPage& page) {
 
 char16_t foldUnit(char16_t unit) {
   if (unit < 0x80) return static_cast<char16_t>(upper(static_cast<char>(unit)));
-  static const std::vector<char16_t> kUpper = upperTable();
-  return kUpper[unit];
+  static const auto kUpper = upperTable();
+  return (*kUpper)[unit];
 }
 
 void foldText(TextView text, std::string& out) {

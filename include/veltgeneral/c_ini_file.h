@@ -12,6 +12,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 
 #include "veltgeneral/export.h"
 #include "veltgeneral/object.h"
@@ -38,7 +39,7 @@ class VELTGENERAL_API cInifile {
 
   void setDefault(TextView value) { default_ = value; }
   Text Default() const { return default_.value_or(Text()); }
-  void setPath(TextView value) { path_ = value; }
+  void setPath(TextView value);
   Text Path() const { return path_.value_or(Text()); }
   void setKey(TextView value) { key_ = value; }
   Text key() const { return key_.value_or(Text()); }
@@ -86,11 +87,13 @@ class VELTGENERAL_API cInifile {
   std::int32_t CLngDefault(TextView sString, std::int32_t lDefault = 0);
 
  private:
-  Text namesInBuffer(const Text* section) const;
+  const std::string& hostPath();
+  Text namesInBuffer(const Text* section);
   void write(const std::optional<Text>& key, const std::optional<Text>& text);
   void placeWindow(Object& window, std::int32_t minWidth, std::int32_t minHeight);
 
   std::optional<Text> path_;
+  std::optional<std::string> hostPath_;  // of path_ and isNt_
   std::optional<Text> key_;
   std::optional<Text> section_;
   std::optional<Text> default_;

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "veltgeneral/export.h"
 #include "veltgeneral/text.h"
@@ -114,7 +115,7 @@ class VELTGENERAL_API ErrInfo {
   ErrInfo writeLog(const Variant& sErrLogName = Missing{});
 
  private:
-  Text logLine() const;
+  std::string logRecord() const;
 
   std::int32_t numberInfo_ = 0;
   Text descriptionInfo_;

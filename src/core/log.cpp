@@ -3,6 +3,7 @@
 // No step's failure stops the steps after it, and none is reported: a result that cannot be logged
 // is not.
 #include <array>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -68,33 +69,47 @@ bool isThere(TextView path) {
   }
 }
 
+struct Settings {
+  Text path;
+  std::int16_t trace = 1;
+  std::int32_t size = kDefaultSize;
+};
+
+// As the registry has them now; understood again only where it has changed.
+const Settings& currentSettings() {
+  thread_local std::optional<RegistryTexts> source;
+  thread_local Settings settings;
+  // Read in silence, unlike getKeyValue's failures: the log must not log about itself.
+  RegistryTexts now(kLocalMachine, kSettings);
+  if (source == now) return settings;
+  const auto read = [&](TextView name) { return now.read(name).value_or(Text()); };
+  settings = {.path = Text(trim(read(u"Path")))};
+  const Text trace = read(u"Trace");
+  const Text size = read(u"SwitchDimension");
+  attempt([&] {
+    if (isNumeric(trace)) settings.trace = toInt16(TextView(trace));
+  });
+  attempt([&] {
+    if (isNumeric(size)) settings.size = toInt32(TextView(size));
+  });
+  source = std::move(now);
+  return settings;
+}
+
 }  // namespace
 
 bool ErrInfo::getInfoForLogSystem(Text& sLogPath, std::int16_t& iTrace, std::int32_t& lByteSwitch) {
   iTrace = 1;
   lByteSwitch = kDefaultSize;
   attempt([&] {
-    // Read in silence, unlike getKeyValue's failures: the log must not log about itself.
-    const RegistryTexts settings(kLocalMachine, kSettings);
-    const auto read = [&](TextView name) { return settings.read(name).value_or(Text()); };
-    const Text trace = read(u"Trace");
-    const Text size = read(u"SwitchDimension");
-    attempt([&] {
-      Text folder = read(u"Path");
-      sLogPath = trim(folder);
-      logFolder_ =
-          !sLogPath.empty() && isThere(sLogPath) ? sLogPath : fromUtf8(platform::libraryHome());
-    });
-    attempt([&] {
-      if (!logFolder_.ends_with(u'\\')) logFolder_ += u'\\';
-      sLogPath = logFolder_;
-    });
-    attempt([&] {
-      if (isNumeric(trace)) iTrace = toInt16(TextView(trace));
-    });
-    attempt([&] {
-      if (isNumeric(size)) lByteSwitch = toInt32(TextView(size));
-    });
+    const Settings& settings = currentSettings();
+    iTrace = settings.trace;
+    lByteSwitch = settings.size;
+    sLogPath = settings.path;
+    logFolder_ =
+        !sLogPath.empty() && isThere(sLogPath) ? sLogPath : fromUtf8(platform::libraryHome());
+    if (!logFolder_.ends_with(u'\\')) logFolder_ += u'\\';
+    sLogPath = logFolder_;
   });
   return true;
 }
@@ -107,14 +122,26 @@ void ErrInfo::runInitialize() {
   });
 }
 
-Text ErrInfo::logLine() const {
-  Text line = u"[" + formatDate(now(), u"d/m/yy h:mm");
-  for (const TextView field :
-       {TextView(processInfo_), TextView(classInfo_), TextView(locationInfo_), TextView(stepInfo_)})
-    line.append(u"] [").append(field);
-  line.append(u"] [").append(toText(std::int32_t{typeInfo_}));
-  line.append(u"] [").append(toText(numberInfo_));
-  return line.append(u"] [").append(descriptionInfo_).append(u"]");
+std::string ErrInfo::logRecord() const {
+  std::string record;
+  record.reserve(96 + processInfo_.size() + classInfo_.size() + locationInfo_.size() +
+                 stepInfo_.size() + descriptionInfo_.size());
+  const auto field = [&record](std::string_view before, TextView text) {
+    record.append(before);
+    const std::size_t at = record.size();
+    record.resize(at + text.size());
+    systemCodePage().narrow(text, reinterpret_cast<std::uint8_t*>(record.data() + at));
+  };
+  constexpr std::string_view kNext = "] [";
+  field("\"[", formatDate(now(), u"d/m/yy h:mm"));
+  field(kNext, processInfo_);
+  field(kNext, classInfo_);
+  field(kNext, locationInfo_);
+  field(kNext, stepInfo_);
+  field(kNext, toText(std::int32_t{typeInfo_}));
+  field(kNext, toText(numberInfo_));
+  field(kNext, descriptionInfo_);
+  return record.append("]\"\r\n");
 }
 
 ErrInfo ErrInfo::writeLog(const Variant& sErrLogName) {
@@ -123,11 +150,15 @@ ErrInfo ErrInfo::writeLog(const Variant& sErrLogName) {
   const std::int16_t level = listed ? typeInfo_ : std::int16_t{0};
   attempt([&] {
     std::string record;
-    if (traceLevel_ >= level) record = toBytes(u"\"" + logLine() + u"\"\r\n");
+    if (traceLevel_ >= level) record = logRecord();
     const auto append = [&](TextView path) {
       platform::appendToLog(platform::hostPath(path), switchSize_, record);
     };
-    if (kindOf(sErrLogName) != Kind::missing) attempt([&] { append(toText(sErrLogName)); });
+    if (const Text* path = std::get_if<Text>(&sErrLogName)) {
+      attempt([&] { append(*path); });
+    } else if (kindOf(sErrLogName) != Kind::missing) {
+      attempt([&] { append(toText(sErrLogName)); });
+    }
     const bool common = typeInfo_ == eiERRORTYPE || typeInfo_ == eiWARNINGTYPE;
     if (common && traceLevel_ >= level) append(logFolder_ + Text(commonLogName()));
   });

@@ -24,6 +24,14 @@ Text numberText(const std::vector<std::uint8_t>& bytes) {
   return used == 0 ? literal : toText(toDouble(literal));
 }
 
+bool isAscii(TextView text) {
+  return std::ranges::all_of(text, [](char16_t c) { return c < 0x80; });
+}
+
+std::optional<platform::RegistryKey> open(std::int32_t root, TextView key) {
+  return platform::RegistryKey::open(static_cast<platform::RegistryRoot>(root), key, narrowPage());
+}
+
 std::optional<Text> textOf(platform::RegistryValue value) {
   using platform::RegistryType;
   const bool isText =
@@ -40,12 +48,11 @@ std::optional<Text> textOf(platform::RegistryValue value) {
 }  // namespace
 
 RegistryTexts::RegistryTexts(std::int32_t root, TextView key)
-    : key_(platform::RegistryKey::open(static_cast<platform::RegistryRoot>(root),
-                                       narrowed(Text(key)), narrowPage())) {}
+    : key_(isAscii(key) ? open(root, key) : open(root, narrowed(Text(key)))) {}
 
 std::optional<Text> RegistryTexts::read(TextView name) const {
   if (!key_) return std::nullopt;
-  auto value = key_->query(narrowed(Text(name)));
+  auto value = isAscii(name) ? key_->query(name) : key_->query(narrowed(Text(name)));
   return value ? textOf(std::move(*value)) : std::nullopt;
 }
 

@@ -25,6 +25,9 @@ class RegistryTexts {
   // Nothing where the value is missing or longer.
   std::optional<Text> read(TextView name) const;
 
+  // Nothing has changed between the one and the other.
+  friend bool operator==(const RegistryTexts&, const RegistryTexts&) = default;
+
  private:
   std::optional<platform::RegistryKey> key_;
 };

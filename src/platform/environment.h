@@ -12,4 +12,7 @@ namespace veltgeneral::platform {
 // runs with more rights than its user (the environment is then not to be trusted).
 VELTGENERAL_API std::optional<std::string> environment(const char* name);
 
+// Whether `environment` would answer with `value`.
+bool environmentIs(const char* name, const std::optional<std::string>& value) noexcept;
+
 }  // namespace veltgeneral::platform

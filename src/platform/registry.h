@@ -67,6 +67,9 @@ class RegistryKey {
   std::vector<Text> valueNames() const;
   std::vector<Text> subKeyNames() const;
 
+  // The same key at the same moment: every answer is the same.
+  friend bool operator==(const RegistryKey&, const RegistryKey&) = default;
+
  private:
   RegistryKey(std::shared_ptr<const RegistryFile> file, std::uint32_t node);
 

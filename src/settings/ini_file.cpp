@@ -56,7 +56,22 @@ void hand(const std::vector<Text>& pieces, TextArray& array, std::int32_t& count
 
 void cInifile::CheckForUnicodeFile() {}
 
-void cInifile::setIsNt(bool value) { isNt_ = value; }
+void cInifile::setIsNt(bool value) {
+  isNt_ = value;
+  hostPath_.reset();
+}
+
+void cInifile::setPath(TextView value) {
+  path_ = value;
+  hostPath_.reset();
+}
+
+// Worked out once for each path; one that cannot be is tried again.
+const std::string& cInifile::hostPath() {
+  if (!hostPath_ || hostPath_->empty())
+    hostPath_ = profilePath(path_, isNt_ ? ProfileCall::wide : ProfileCall::narrow);
+  return *hostPath_;
+}
 
 bool cInifile::SectionExists(TextView section) {
   TextArray names;
@@ -69,9 +84,8 @@ bool cInifile::SectionExists(TextView section) {
 
 Text cInifile::Value() {
   const ProfileCall call = isNt_ ? ProfileCall::wide : ProfileCall::narrow;
-  Text value =
-      platform::readProfile(call, pointerTo(section_), pointerTo(key_), pointerTo(default_),
-                            kValueBuffer, profilePath(path_, call), narrowPage());
+  Text value = platform::readProfile(call, pointerTo(section_), pointerTo(key_),
+                                     pointerTo(default_), kValueBuffer, hostPath(), narrowPage());
   if (!isNt_)
     for (std::optional<Text>* text : {&section_, &key_, &default_, &path_}) throughCodePage(*text);
   return value;
@@ -81,7 +95,7 @@ void cInifile::setValue(Text& value) {
   std::erase(value, u'\0');
   const ProfileCall call = isNt_ ? ProfileCall::wide : ProfileCall::narrow;
   lastReturnCode_ = platform::writeProfile(call, pointerTo(section_), pointerTo(key_), &value,
-                                           profilePath(path_, call), narrowPage());
+                                           hostPath(), narrowPage());
   if (isNt_) return;
   for (std::optional<Text>* text : {&section_, &key_, &path_}) throughCodePage(*text);
   value = narrowed(std::move(value));
@@ -97,7 +111,7 @@ void cInifile::DeleteKey() { write(key_, std::nullopt); }
 
 void cInifile::DeleteSection() { write(std::nullopt, std::nullopt); }
 
-Text cInifile::namesInBuffer(const Text* section) const {
+Text cInifile::namesInBuffer(const Text* section) {
   return platform::readProfile(ProfileCall::narrow, section, nullptr, pointerTo(default_),
                                kListBuffer, profilePath(path_, ProfileCall::narrow), narrowPage());
 }

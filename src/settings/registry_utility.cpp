@@ -27,13 +27,13 @@ bool write(TextView key, TextView name, TextView value) {
 }  // namespace
 
 Text RegistryUtility::getKeyValue(std::int32_t& KeyRoot, Text& KeyName, Text& SubKeyRef) {
-  ErrInfo failure = resultOf(eiSUCCESFULL, {}, eiERRORTYPE, u"getKeyValue", kClass);
+  constexpr TextView kLocation = u"getKeyValue";
   try {
     if (auto text = RegistryTexts(KeyRoot, KeyName).read(SubKeyRef)) return *std::move(text);
+    resultOf(eiSUCCESFULL, {}, eiERRORTYPE, kLocation, kClass).writeLog();
   } catch (...) {
-    failure = failureOf(currentError(), u"getKeyValue", kClass);
+    failureOf(currentError(), kLocation, kClass).writeLog();
   }
-  failure.writeLog();
   return {};
 }
 

@@ -10,4 +10,9 @@ std::optional<std::string> environment(const char* name) {
   return value;
 }
 
+bool environmentIs(const char* name, const std::optional<std::string>& value) noexcept {
+  const char* now = ::secure_getenv(name);
+  return now == nullptr ? !value : value == now;
+}
+
 }  // namespace veltgeneral::platform

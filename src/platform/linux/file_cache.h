@@ -36,36 +36,47 @@ struct FileReading {
 // Nothing where the path names no readable regular file.
 std::unique_ptr<FileReading> readSettled(const std::string& path);
 
+// What was read of a file, and how to know that it still holds.
+template <class Parsed>
+struct KnownFile {
+  std::shared_ptr<const Parsed> parsed;  // null where there is no such file, or it cannot be read
+  FileStamp stamp;
+  bool settled = false;
+
+  // Costs one `stat`. A file that is not there is never known.
+  bool holds(const std::string& path) const noexcept {
+    struct stat status {};
+    return settled && ::stat(path.c_str(), &status) == 0 && stampOf(status) == stamp;
+  }
+};
+
 // Keeps the last few files parsed as `Parsed`, which is built from the file's bytes.
 template <class Parsed>
 class FileCache {
  public:
-  // Null where there is no such file, or it cannot be read. `parse` makes a
-  // std::shared_ptr<const Parsed> of the content.
+  // `parse` makes a std::shared_ptr<const Parsed> of the content.
   template <class Parse>
-  std::shared_ptr<const Parsed> get(const std::string& path, const Parse& parse) {
-    struct stat status {};
-    if (::stat(path.c_str(), &status) != 0) return nullptr;
-    const FileStamp stamp = stampOf(status);
+  KnownFile<Parsed> get(const std::string& path, const Parse& parse) {
     const std::lock_guard lock(mutex_);
     auto entry = entries_.begin();
     while (entry != entries_.end() && entry->path != path) ++entry;
-    const bool known = entry != entries_.end();
-    if (known && entry->settled && entry->stamp == stamp) return entry->parsed;
+    const bool listed = entry != entries_.end();
+    if (listed && entry->known.holds(path)) return entry->known;
     const auto reading = readSettled(path);
-    if (!reading) return nullptr;
-    if (!known) {
+    if (!reading) return {};
+    if (!listed) {
       if (entries_.size() == kKept) entries_.pop_back();
       entry = entries_.emplace(entries_.begin());
       entry->path = path;
     }
+    KnownFile<Parsed>& known = entry->known;
     // An unsettled file that reads the same keeps its parse.
-    const bool same = entry->parsed && !entry->settled && entry->content == reading->content;
-    if (!same) entry->parsed = parse(reading->content);
-    entry->stamp = reading->stamp;
-    entry->settled = reading->settled;
+    const bool same = known.parsed && !known.settled && entry->content == reading->content;
+    if (!same) known.parsed = parse(reading->content);
+    known.stamp = reading->stamp;
+    known.settled = reading->settled;
     entry->content = reading->settled ? std::string() : std::move(reading->content);
-    return entry->parsed;
+    return known;
   }
 
  private:
@@ -73,10 +84,8 @@ class FileCache {
 
   struct Entry {
     std::string path;
-    FileStamp stamp;
-    bool settled = false;
+    KnownFile<Parsed> known;
     std::string content;  // while unsettled
-    std::shared_ptr<const Parsed> parsed;
   };
 
   std::mutex mutex_;

@@ -11,9 +11,9 @@ namespace {
 bool isDriveLetter(char16_t c) { return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z'); }
 
 std::string driveFolder(char16_t letter) {
-  std::string variable = "VELTGENERAL_DRIVE_";
-  variable.push_back(static_cast<char>(letter & ~0x20));
-  std::optional<std::string> folder = environment(variable.c_str());
+  char variable[] = "VELTGENERAL_DRIVE_X";
+  variable[sizeof variable - 2] = static_cast<char>(letter & ~0x20);
+  std::optional<std::string> folder = environment(variable);
   if (!folder || folder->empty()) throw RuntimeError(RunTime::pathNotFound);
   return *std::move(folder);
 }

@@ -23,6 +23,18 @@ FileCache<SharedProfile>& profiles() {
   return *kProfiles;
 }
 
+KnownFile<SharedProfile> knownProfile(const std::string& file, const NarrowPage& page) {
+  return profiles().get(file, [&](std::string_view bytes) {
+    return std::make_shared<const SharedProfile>(bytes, page);
+  });
+}
+
+// The file that a thread read last.
+struct RecentProfile {
+  std::string file;
+  KnownFile<SharedProfile> known;
+};
+
 TextView untilNul(const Text& text) { return TextView(text).substr(0, text.find(u'\0')); }
 
 Text asNarrow(Text text, const NarrowPage& page) {
@@ -41,26 +53,41 @@ Text cut(Text text, std::size_t length) {
 Text readProfile(ProfileCall call, const Text* section, const Text* key, const Text* defaultText,
                  std::size_t size, const std::string& file, const NarrowPage& page) {
   if (size < 2) return {};
-  const bool narrow = call == ProfileCall::narrow;
-  const auto cached = profiles().get(file, [&](std::string_view bytes) {
-    return std::make_shared<const SharedProfile>(bytes, page);
-  });
+  thread_local RecentProfile recent;
+  if (recent.file != file || !recent.known.holds(file))
+    recent = {.file = file, .known = knownProfile(file, page)};
+  const auto& cached = recent.known.parsed;
   std::optional<Text> found;
-  const auto name = [&](const Text& text) {
-    return narrow ? asNarrow(Text(untilNul(text)), page) : Text(untilNul(text));
-  };
+  // What a file in the code page holds, and what it is asked for, are in the code page anyway.
+  bool narrow = call == ProfileCall::narrow;
   if (cached) {
     const std::lock_guard lock(cached->mutex);
+    ProfileFile& profile = cached->file;
+    narrow = narrow && profile.isUtf16();
+    const auto name = [&](const Text& text) {
+      return narrow ? asNarrow(Text(untilNul(text)), page) : Text();
+    };
+    const auto given = [&](const Text& text, const Text& changed) {
+      return narrow ? TextView(changed) : untilNul(text);
+    };
     if (section == nullptr) {
-      found = cached->file.sectionNames();
-    } else if (key == nullptr) {
-      found = cached->file.keyNames(name(*section));
+      found = profile.sectionNames();
     } else {
-      found = cached->file.value(name(*section), name(*key));
+      const Text sectionName = name(*section);
+      const TextView inSection = given(*section, sectionName);
+      if (key == nullptr) {
+        found = profile.keyNames(inSection);
+      } else {
+        const Text keyName = name(*key);
+        found = profile.value(inSection, given(*key, keyName));
+      }
     }
   }
   const bool list = section == nullptr || key == nullptr;
-  if (!found && !list && defaultText != nullptr) found = untilNul(*defaultText);
+  if (!found && !list && defaultText != nullptr) {
+    found = untilNul(*defaultText);
+    narrow = call == ProfileCall::narrow;
+  }
   if (!found) return {};
   Text text = narrow ? asNarrow(std::move(*found), page) : std::move(*found);
   const bool whole = text.size() < size;

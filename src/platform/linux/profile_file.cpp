@@ -133,9 +133,21 @@ ProfileFile::ProfileFile(std::string_view bytes, const NarrowPage& page) : text_
   }
 }
 
+std::string_view ProfileFile::indexed(TextView name) {
+  // Nearly always ASCII without blanks at its ends, and then folded as it is copied.
+  folded_.resize(name.size());
+  bool plain = !name.empty() && name.front() > u' ' && name.back() > u' ';
+  for (std::size_t i = 0; i < name.size() && plain; ++i) {
+    const char16_t c = name[i];
+    plain = c < 0x80;
+    folded_[i] = static_cast<char>(c >= u'a' && c <= u'z' ? c - 32 : c);
+  }
+  if (!plain) text_.fold(trimmed(text_.toInnerText(name)), folded_);
+  return folded_;
+}
+
 ProfileFile::Section* ProfileFile::find(TextView section) {
-  text_.fold(trimmed(text_.toInnerText(section)), folded_);
-  const auto found = index_.find(std::string_view(folded_));
+  const auto found = index_.find(indexed(section));
   if (found == index_.end()) return nullptr;
   Section& place = sections_[found->second];
   if (!place.indexed) indexKeys(place);
@@ -158,8 +170,7 @@ void ProfileFile::indexKeys(Section& section) {
 std::optional<Text> ProfileFile::value(TextView section, TextView key) {
   const Section* place = find(section);
   if (place == nullptr) return std::nullopt;
-  text_.fold(trimmed(text_.toInnerText(key)), folded_);
-  const auto found = place->values.find(std::string_view(folded_));
+  const auto found = place->values.find(indexed(key));
   if (found == place->values.end()) return std::nullopt;
   return text_.fromInnerText(found->second);
 }

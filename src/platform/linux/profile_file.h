@@ -31,6 +31,8 @@ class ProfileText {
   const std::string& inner() const noexcept { return inner_; }
   std::string encode(const std::string& inner) const;
 
+  bool isUtf16() const noexcept { return utf16_; }
+
   std::string toInnerText(TextView text) const;
   Text fromInnerText(std::string_view inner) const;
   // Equal for names that differ only in case. Replaces `out`.
@@ -74,6 +76,7 @@ class ProfileFile {
   ProfileFile(const ProfileFile&) = delete;
   ProfileFile& operator=(const ProfileFile&) = delete;
 
+  bool isUtf16() const noexcept { return text_.isUtf16(); }
   std::optional<Text> value(TextView section, TextView key);
   // A NUL behind each name.
   Text sectionNames();
@@ -94,6 +97,8 @@ class ProfileFile {
     std::unordered_map<std::string, std::string_view, Hash, std::equal_to<>> values = {};
   };
 
+  // The name as the index has it, in folded_.
+  std::string_view indexed(TextView name);
   Section* find(TextView section);
   void indexKeys(Section& section);
 

@@ -15,6 +15,23 @@ void indexKey(std::uint32_t key, char kind, std::string_view folded, std::string
   std::memcpy(out.data() + sizeof key + 1, folded.data(), folded.size());
 }
 
+// The same of a name that is nearly always ASCII, and then folded as it is copied.
+void indexKey(std::uint32_t key, char kind, TextView name, std::string& out) {
+  out.resize(sizeof key + 1 + name.size());
+  std::memcpy(out.data(), &key, sizeof key);
+  out[sizeof key] = kind;
+  char* to = out.data() + sizeof key + 1;
+  for (const char16_t c : name) {
+    if (c >= 0x80) {
+      std::string folded;
+      foldText(name, folded);
+      indexKey(key, kind, folded, out);
+      return;
+    }
+    *to++ = static_cast<char>(c >= u'a' && c <= u'z' ? c - 32 : c);
+  }
+}
+
 // Calls `use` with each name of a path until it answers false.
 template <class Char, class Use>
 bool eachName(std::basic_string_view<Char> path, Use use) {
@@ -165,11 +182,9 @@ void RegistryFile::addValue(std::uint32_t key, const RegLine& line) {
 
 std::uint32_t RegistryFile::find(TextView path) const {
   std::uint32_t key = 0;
-  std::string folded;
   std::string entry;
   const bool found = eachName(path, [&](TextView name) {
-    foldText(name, folded);
-    indexKey(key, 'K', folded, entry);
+    indexKey(key, 'K', name, entry);
     const auto place = index_.find(std::string_view(entry));
     if (place == index_.end()) return false;
     key = place->second;
@@ -179,10 +194,8 @@ std::uint32_t RegistryFile::find(TextView path) const {
 }
 
 std::optional<RegistryValue> RegistryFile::query(std::uint32_t key, TextView name) const {
-  std::string folded;
   std::string entry;
-  foldText(name, folded);
-  indexKey(key, 'V', folded, entry);
+  indexKey(key, 'V', name, entry);
   const auto place = index_.find(std::string_view(entry));
   if (place == index_.end()) return std::nullopt;
   return parseRegData(values_[place->second].data, dialect_);

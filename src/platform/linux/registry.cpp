@@ -30,6 +30,7 @@ constexpr std::array kRoots{
     Root{RegistryRoot::currentConfig, u"HKEY_CURRENT_CONFIG", u"HKCC"},
 };
 
+constexpr const char* kFolderVariable = "VELTGENERAL_REGISTRY_DIR";
 constexpr TextView kClasses = u"HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes";
 
 bool sameName(TextView one, TextView other) {
@@ -40,7 +41,7 @@ bool sameName(TextView one, TextView other) {
 std::string hiveFile(RegistryRoot root) {
   const bool user = root == RegistryRoot::currentUser;
   const char* file = user ? "/user.reg" : "/machine.reg";
-  if (const auto folder = environment("VELTGENERAL_REGISTRY_DIR"); folder && !folder->empty())
+  if (const auto folder = environment(kFolderVariable); folder && !folder->empty())
     return *folder + file;
   return (user ? configFolder() : std::string("/etc/veltgeneral")) + file;
 }
@@ -57,11 +58,26 @@ FileCache<RegistryFile>& hives() {
   return *kHives;
 }
 
-std::shared_ptr<const RegistryFile> hive(const std::string& file, const NarrowPage& page) {
+KnownFile<RegistryFile> hive(const std::string& file, const NarrowPage& page) {
   return hives().get(file, [&](std::string_view content) {
     return std::make_shared<const RegistryFile>(content, page);
   });
 }
+
+// The key that a thread opened last: programs ask for the values of one key again and again.
+struct RecentKey {
+  RegistryRoot root{};
+  Text path;
+  std::optional<std::string> folder;  // as the environment named it
+  std::string file;
+  KnownFile<RegistryFile> hive;
+  std::uint32_t node = RegistryFile::kNone;
+
+  bool is(RegistryRoot wantedRoot, TextView wantedPath) const {
+    return root == wantedRoot && path == wantedPath && environmentIs(kFolderVariable, folder) &&
+           hive.holds(file);
+  }
+};
 
 // Text that a UTF-8 file can hold in one line.
 std::string lineText(TextView text, bool escapes) {
@@ -188,13 +204,20 @@ RegistryKey::RegistryKey(std::shared_ptr<const RegistryFile> file, std::uint32_t
 
 std::optional<RegistryKey> RegistryKey::open(RegistryRoot root, TextView path,
                                              const NarrowPage& page) {
-  const Text whole = wholePath(root, path);
-  if (whole.empty()) return std::nullopt;
-  auto file = hive(hiveFile(root), page);
-  if (!file) return std::nullopt;
-  const std::uint32_t node = file->find(whole);
-  if (node == RegistryFile::kNone) return std::nullopt;
-  return RegistryKey(std::move(file), node);
+  thread_local RecentKey recent;
+  if (!recent.is(root, path)) {
+    const Text whole = wholePath(root, path);
+    if (whole.empty()) return std::nullopt;
+    recent = {.root = root,
+              .path = Text(path),
+              .folder = environment(kFolderVariable),
+              .file = hiveFile(root),
+              .hive = {}};
+    recent.hive = hive(recent.file, page);
+    if (recent.hive.parsed) recent.node = recent.hive.parsed->find(whole);
+  }
+  if (!recent.hive.parsed || recent.node == RegistryFile::kNone) return std::nullopt;
+  return RegistryKey(recent.hive.parsed, recent.node);
 }
 
 std::optional<RegistryValue> RegistryKey::query(TextView name) const {
@@ -245,7 +268,7 @@ void importRegistry(std::string_view text, const NarrowPage& page) {
 std::optional<std::string> exportRegistry(RegistryRoot root, TextView path, bool utf16,
                                           const NarrowPage& page) {
   const Text whole = wholePath(root, path);
-  const auto file = hive(hiveFile(root), page);
+  const auto file = hive(hiveFile(root), page).parsed;
   if (!file || whole.empty()) return std::nullopt;
   const std::uint32_t node = file->find(whole);
   if (node == RegistryFile::kNone) return std::nullopt;

@@ -50,8 +50,10 @@ class VELTGENERAL_API VeltInet {
   // Sends a GET for an http, https or ftp URL, past any cache, and returns when the head of the
   // answer is there, whatever its status: a 404 has a body too. Up to 10 redirects are followed,
   // from a secure URL to secure ones only. A certificate must be trusted and in date; the host that
-  // it names is not compared for an URL that begins with "https" (in any case). Fails after 60 s
-  // without a connection, 30 s without a sign of life.
+  // it names is not compared for an URL that begins with "https" (in any case). Trusted are the
+  // authorities of the system, to which an administrator may add, or those in the file that
+  // CURL_CA_BUNDLE or SSL_CERT_FILE names. Fails after 60 s without a connection, 30 s without a
+  // sign of life.
   ErrInfo IOpenUrl(std::int32_t& hInternetSession, Text& sUrl, std::int32_t& hFileReturn);
 
   // Reads the rest of the body, in steps of 4096 bytes. Always a success: a connection that breaks,

@@ -1,3 +1,4 @@
+// Reads a body in the published steps; each byte is widened once, into memory asked for once.
 #include "inet/body.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// The class over the seam: flags, texts in the code page, results.
 #include "veltgeneral/velt_inet.h"
 
 #include <string>

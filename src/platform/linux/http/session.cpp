@@ -1,3 +1,4 @@
+// What a session lends to its requests: agent, proxies, cookies, connections.
 #include "platform/linux/http/session.h"
 
 #include <sys/auxv.h>

@@ -1,3 +1,4 @@
+// One request over libcurl, driven from the caller's own calls.
 #include "platform/linux/http/transfer.h"
 
 #include <algorithm>

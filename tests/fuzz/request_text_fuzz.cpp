@@ -1,0 +1,56 @@
+// Whatever a caller writes into a header, URL or proxy, a request stays one request without a body.
+#include "platform/linux/http/request_text.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "fuzz/fuzz_input.h"
+
+namespace veltgeneral::platform::http {
+namespace {
+
+bool isControl(char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }
+
+void checkHeaders(std::string_view text) {
+  const auto lines = headerLines(text);
+  if (!lines) return;
+  for (const std::string& line : *lines) {
+    const std::size_t name = line.find_first_of(":;");
+    require(name != 0 && name != line.npos, "a header has a name", fromUtf8(text));
+    require(line.substr(0, name).find_first_of(" \t\"(),/<=>?@[]{}") == line.npos,
+            "a name is a token", fromUtf8(text));
+    require(std::ranges::none_of(line, [](char c) { return c != '\t' && isControl(c); }),
+            "a header is one line", fromUtf8(text));
+  }
+  for (const char* name : {"content-length", "transfer-encoding"}) {
+    require(!hasHeader(*lines, name), "no body is announced", fromUtf8(text));
+  }
+  const auto count = static_cast<std::size_t>(std::ranges::count(text, '\n'));
+  require(lines->size() <= count + 1, "no header is made up", fromUtf8(text));
+}
+
+void checkUrl(std::string_view text) {
+  const auto url = requestUrl(text);
+  if (!url) return;
+  require(schemeOf(*url) == schemeOf(text), "the scheme stays", fromUtf8(text));
+  require(std::ranges::none_of(*url, isControl), "an URL is one line", fromUtf8(text));
+  require(requestUrl(*url) == url, "encoding again changes nothing", fromUtf8(text));
+}
+
+void checkProxy(std::string_view text) {
+  for (const char* scheme : {"http", "https", "ftp"}) {
+    const std::string proxy = proxyFor(text, scheme);
+    require(proxy.find_first_of(" \t;") == proxy.npos, "a proxy is one entry", fromUtf8(text));
+  }
+}
+
+}  // namespace
+}  // namespace veltgeneral::platform::http
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string_view text(reinterpret_cast<const char*>(data), size);
+  veltgeneral::platform::http::checkHeaders(text);
+  veltgeneral::platform::http::checkUrl(text);
+  veltgeneral::platform::http::checkProxy(text);
+  return 0;
+}

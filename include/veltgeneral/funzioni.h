@@ -140,6 +140,22 @@ class VELTGENERAL_API Funzioni {
   // logged as above; the output is then left alone.
   ErrInfo simpleEncrypt(TextView sToEncrypt, Text& sEncrypted) const;
   ErrInfo simpleDecrypt(TextView sToDecrypt, Text& sDecrypted) const;
+
+  // Has the PDF generator (VELTGENERAL_PDF_LIBRARY, else our own) write the document that a command
+  // file describes. Success is a cleared result. What the generator refuses is eiABORTED with its
+  // message; a generator that is not there or not whole is error 53, 48 or 453. All are logged.
+  ErrInfo createPdfFile(TextView sCommandFile, TextView sPdfFile) const;
+  // The same in memory: `vntPdfStream` becomes a text with one character of the code page for each
+  // byte. The work files "cmd.7055" and "pdf.7055" (four digits drawn from the process's
+  // pseudo-random numbers) stay in a temporary folder that only the user can reach. A work file
+  // that cannot be written or read gives the result of writeFile or readBinaryFile; success is
+  // that of readBinaryFile. Any failure leaves `vntPdfStream` alone.
+  ErrInfo createPdfStream(const Variant& vntCommandStream, Variant& vntPdfStream) const;
+
+  // Where Windows and its system files would lie on this host, without a slash at the end. Success
+  // is a cleared result; eiABORTED where there is no such folder or its path is longer than 255
+  // characters. `sSystemDir` is asked first, and keeps its new value where the other then fails.
+  ErrInfo getWinAndSistemDir(Text& sWinDir, Text& sSystemDir) const;
 };
 
 }  // namespace veltgeneral

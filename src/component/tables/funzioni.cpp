@@ -43,6 +43,9 @@ constexpr Member kRows[] = {
                                                    "vntStringaOut"),
     method<&Funzioni::simpleEncrypt>("simpleEncrypt", "sToEncrypt", "sEncrypted"),
     method<&Funzioni::simpleDecrypt>("simpleDecrypt", "sToDecrypt", "sDecrypted"),
+    method<&Funzioni::createPdfFile>("createPdfFile", "sCommandFile", "sPdfFile"),
+    method<&Funzioni::createPdfStream>("createPdfStream", "vntCommandStream", "vntPdfStream"),
+    method<&Funzioni::getWinAndSistemDir>("getWinAndSistemDir", "sWinDir", "sSystemDir"),
 };
 
 }  // namespace

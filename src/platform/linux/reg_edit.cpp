@@ -188,6 +188,7 @@ void Editor::readSection(std::size_t begin, std::size_t end) {
     return;
   }
   if (header.kind == RegStatement::removeKey) {
+    if (isRegRoot(path)) return;  // says nothing
     // What stands above for this key and for those below it is dead and not to be edited.
     if (const auto found = keys_.find(path); found != keys_.end()) found->second.forget();
     const auto from = keys_.lower_bound(path + "\\");

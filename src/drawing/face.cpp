@@ -37,37 +37,44 @@ Pattern match(const FontRequest& request) {
 
 bool isControl(char32_t c) { return c < 0x20 || (c >= 0x7F && c < 0xA0); }
 
-// The font file while it is held; Cairo lends it to one holder at a time.
-class LockedFace {
- public:
-  explicit LockedFace(cairo_scaled_font_t* font)
-      : font_(font), face_(cairo_ft_scaled_font_lock_face(font)) {
-    if (face_ == nullptr || face_->units_per_EM == 0) {
-      if (face_ != nullptr) cairo_ft_scaled_font_unlock_face(font_);
-      throw Error("the font file cannot be read");
-    }
-  }
-  ~LockedFace() { cairo_ft_scaled_font_unlock_face(font_); }
-  LockedFace(const LockedFace&) = delete;
-  LockedFace& operator=(const LockedFace&) = delete;
+}  // namespace
 
-  FT_Face operator->() const { return face_; }
+// The font file, opened for this face alone: Cairo keeps one for all threads, and holding its lock
+// does not keep its own drawing away from it.
+class FontFile {
+ public:
+  explicit FontFile(FcPattern* found) {
+    FcChar8* path = nullptr;
+    int index = 0;
+    FcPatternGetString(found, FC_FILE, 0, &path);
+    FcPatternGetInteger(found, FC_INDEX, 0, &index);
+    FT_Library library = nullptr;
+    if (FT_Init_FreeType(&library) != 0) throw std::bad_alloc();
+    library_.reset(library);
+    FT_Face face = nullptr;
+    if (path == nullptr ||
+        FT_New_Face(library, reinterpret_cast<const char*>(path), index, &face) != 0)
+      throw Error("the font file cannot be read");
+    face_.reset(face);
+    if (face->units_per_EM == 0) throw Error("the font file cannot be read");
+  }
+
+  FT_Face operator->() const { return face_.get(); }
   double ems(FT_Long units) const {
     return static_cast<double>(units) / static_cast<double>(face_->units_per_EM);
   }
   Glyph glyph(char32_t c) const {
-    const FT_UInt index = FT_Get_Char_Index(face_, isControl(c) ? U' ' : c);
+    const FT_UInt index = FT_Get_Char_Index(face_.get(), isControl(c) ? U' ' : c);
     FT_Fixed advance = 0;
-    if (index == 0 || FT_Get_Advance(face_, index, FT_LOAD_NO_SCALE, &advance) != 0) return {};
+    if (index == 0 || FT_Get_Advance(face_.get(), index, FT_LOAD_NO_SCALE, &advance) != 0)
+      return {};
     return {index, ems(advance)};
   }
 
  private:
-  cairo_scaled_font_t* font_;
-  FT_Face face_;
+  Handle<FT_LibraryRec_, FT_Done_FreeType> library_;
+  Handle<FT_FaceRec_, FT_Done_Face> face_;
 };
-
-}  // namespace
 
 const cairo_font_options_t* fontOptions() {
   static const Handle<cairo_font_options_t, cairo_font_options_destroy> options = [] {
@@ -86,9 +93,7 @@ Face::Face(const FontRequest& request) : request_(request) {
   if (FcPatternGetString(found.get(), FC_FAMILY, 0, &name) == FcResultMatch)
     family_ = reinterpret_cast<const char*>(name);
   face_.reset(cairo_ft_font_face_create_for_pattern(found.get()));
-  cairo_matrix_t identity;
-  cairo_matrix_init_identity(&identity);
-  unscaled_.reset(cairo_scaled_font_create(face_.get(), &identity, &identity, fontOptions()));
+  file_ = std::make_unique<FontFile>(found.get());
   readMetrics();
   if (request.fixedPitch && !isFixedPitch())
     throw Error("only a proportional font serves: " + family_);
@@ -98,11 +103,8 @@ Face::~Face() = default;
 
 void Face::readMetrics() {
   pages_[0] = readPage(0);
-  {
-    const LockedFace file(unscaled_.get());
-    ascent_ = file.ems(file->ascender);
-    descent_ = file.ems(-file->descender);
-  }
+  ascent_ = file_->ems((*file_)->ascender);
+  descent_ = file_->ems(-(*file_)->descender);
   // The font's own word for its pitch is often wrong; its widths are not.
   const double width = (*pages_[0])[U'M'].advance;
   for (char32_t c = U'!'; c < 0x7F; ++c)
@@ -113,9 +115,8 @@ void Face::readMetrics() {
 
 std::unique_ptr<Face::GlyphPage> Face::readPage(char32_t first) const {
   auto page = std::make_unique<GlyphPage>();
-  const LockedFace file(unscaled_.get());
   for (char32_t i = 0; i < page->size(); ++i) {
-    (*page)[i] = file.glyph(first + i);
+    (*page)[i] = file_->glyph(first + i);
     if (isFixedPitch()) (*page)[i].advance = cell_;
   }
   return page;

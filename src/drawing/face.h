@@ -18,6 +18,7 @@
 namespace veltgeneral::drawing {
 
 class Fallback;
+class FontFile;
 
 struct FontRequest {
   std::string family;  // UTF-8; a family or an alias that fontconfig knows: "Courier New", "serif"
@@ -69,7 +70,7 @@ class Face {
   FontRequest request_;
   std::string family_;
   Handle<cairo_font_face_t, cairo_font_face_destroy> face_;
-  Handle<cairo_scaled_font_t, cairo_scaled_font_destroy> unscaled_;
+  std::unique_ptr<FontFile> file_;
   double ascent_ = 0;
   double descent_ = 0;
   double cell_ = 0;

@@ -182,7 +182,7 @@ TEST_F(PrinterTest, ManyThreadsEachWithItsOwnDocument) {
   const std::string file = folder_ / "report.pdf";
   choose("pdf:" + file);
   ::setenv("VELTGENERAL_FORM", ("image:" + folder_ / "form.png").c_str(), 1);
-  const auto work = [] {
+  const auto draw = [] {
     Reporting printed;
     printed.setOutputMode(torPRINTER);
     Reporting shown;
@@ -194,6 +194,7 @@ TEST_F(PrinterTest, ManyThreadsEachWithItsOwnDocument) {
       printTwoPages(printed);
     }
   };
+  const auto work = [&] { EXPECT_EQ(errorOf(draw), 0); };
   { const std::jthread threads[] = {std::jthread(work), std::jthread(work), std::jthread(work)}; }
   Reporting().closeReport();
   ::unsetenv("VELTGENERAL_FORM");

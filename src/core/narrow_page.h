@@ -2,14 +2,15 @@
 #pragma once
 
 #include "platform/narrow_page.h"
+#include "veltgeneral/export.h"
 #include "veltgeneral/text.h"
 
 namespace veltgeneral {
 
 // Lives for good.
-const platform::NarrowPage& narrowPage();
+VELTGENERAL_API const platform::NarrowPage& narrowPage();
 
 // What is left of a text that passes through the code page: "?" for what that does not have.
-Text narrowed(Text text);
+VELTGENERAL_API Text narrowed(Text text);
 
 }  // namespace veltgeneral

@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include "veltgeneral/export.h"
+
 namespace veltgeneral::platform {
 
 // Where the library keeps what outlives a process and is not the user's own document:
@@ -19,13 +21,13 @@ bool makePrivateFolder(const std::string& path);
 
 // The library's own folder, where its logs go by default: VELTGENERAL_HOME, else the folder of its
 // file, or the state folder (made where it is missing) where that lies below a system prefix.
-std::string libraryHome();
+VELTGENERAL_API std::string libraryHome();
 
 // VELTGENERAL_WINDOWS_DIR and VELTGENERAL_SYSTEM_DIR as they stand; where they are not set,
 // "windows" in the state folder and "system" in that, created open to this user alone. Empty where
 // there is no such folder and none could be made.
-std::string windowsFolder();
-std::string systemFolder();
+VELTGENERAL_API std::string windowsFolder();
+VELTGENERAL_API std::string systemFolder();
 
 // The folder for work files: TMPDIR (or /tmp) where that belongs to this user alone, else a folder
 // of this user's in it, created here. Where it cannot be created the path is returned all the same,

@@ -41,7 +41,7 @@ VELTGENERAL_API std::string libraryFolder();
 
 // The absolute path that this library was loaded by, links not resolved, so that it stays good when
 // a newer version takes the file's place. Throws RuntimeError 53 where it could not be found out.
-std::string libraryFile();
+VELTGENERAL_API std::string libraryFile();
 
 // The file of our own module `name` ("veltgeneral-http"): in the folder VELTGENERAL_MODULE_DIR, or
 // where that is not set in the folder "veltgeneral" beside this library. Need not exist.

@@ -13,6 +13,7 @@
 #include <string>
 
 #include "platform/narrow_page.h"
+#include "veltgeneral/export.h"
 #include "veltgeneral/text.h"
 
 namespace veltgeneral::platform {
@@ -25,8 +26,9 @@ enum class ProfileCall : std::uint8_t { narrow, wide };
 //     a NUL behind each, cut at size - 2; empty where there is none.
 // `file` is a host path. Nothing fails: an unreadable file is an empty one. Costs one `stat` as
 // long as the file does not change.
-Text readProfile(ProfileCall call, const Text* section, const Text* key, const Text* defaultText,
-                 std::size_t size, const std::string& file, const NarrowPage& page);
+VELTGENERAL_API Text readProfile(ProfileCall call, const Text* section, const Text* key,
+                                 const Text* defaultText, std::size_t size, const std::string& file,
+                                 const NarrowPage& page);
 
 // Sets `key` in `section`, creating file and section as needed. Without `text` the key is deleted,
 // without `key` the whole section, whatever `text` says; one that is not there counts as deleted.
@@ -34,7 +36,8 @@ Text readProfile(ProfileCall call, const Text* section, const Text* key, const T
 //
 // False, and the file unchanged, for a missing section, a missing folder, and a file or folder that
 // is read-only or out of reach.
-bool writeProfile(ProfileCall call, const Text* section, const Text* key, const Text* text,
-                  const std::string& file, const NarrowPage& page);
+VELTGENERAL_API bool writeProfile(ProfileCall call, const Text* section, const Text* key,
+                                  const Text* text, const std::string& file,
+                                  const NarrowPage& page);
 
 }  // namespace veltgeneral::platform

@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "platform/narrow_page.h"
+#include "veltgeneral/export.h"
 #include "veltgeneral/text.h"
 
 namespace veltgeneral::platform {
@@ -56,7 +57,7 @@ struct RegistryValue {
 class RegistryFile;  // one hive as it was at one moment
 
 // A key of one moment: what is read through it fits together, whatever others write meanwhile.
-class RegistryKey {
+class VELTGENERAL_API RegistryKey {
  public:
   // Nothing where there is no such key or root, or where its hive cannot be read. Costs one `stat`
   // as long as the hive's file does not change.
@@ -79,7 +80,7 @@ class RegistryKey {
 
 // What changes throw; the registry is then as it was. `line` counts from 1 in a text that was
 // imported and is 0 otherwise. what() says the reason and the hive's file, not the line.
-class RegistryError : public std::runtime_error {
+class VELTGENERAL_API RegistryError : public std::runtime_error {
  public:
   explicit RegistryError(const std::string& reason, std::size_t line = 0)
       : std::runtime_error(reason), line_(line) {}
@@ -90,12 +91,13 @@ class RegistryError : public std::runtime_error {
 };
 
 // Creates the key where needed.
-void setRegistryValue(RegistryRoot root, TextView path, TextView name, const RegistryValue& value,
-                      const NarrowPage& page);
+VELTGENERAL_API void setRegistryValue(RegistryRoot root, TextView path, TextView name,
+                                      const RegistryValue& value, const NarrowPage& page);
 // False where there was none.
-bool removeRegistryValue(RegistryRoot root, TextView path, TextView name, const NarrowPage& page);
+VELTGENERAL_API bool removeRegistryValue(RegistryRoot root, TextView path, TextView name,
+                                         const NarrowPage& page);
 // With its sub-keys. False where there was none; a root itself is never removed.
-bool removeRegistryKey(RegistryRoot root, TextView path, const NarrowPage& page);
+VELTGENERAL_API bool removeRegistryKey(RegistryRoot root, TextView path, const NarrowPage& page);
 
 // The registry writer's one operation: sets a text value, creating the key; false where it failed.
 bool writeRegistryText(RegistryRoot root, TextView path, TextView name, TextView value,
@@ -103,15 +105,17 @@ bool writeRegistryText(RegistryRoot root, TextView path, TextView name, TextView
 
 // Takes over a whole `.reg` text (version 5 or REGEDIT4, UTF-8, UTF-16LE with its mark, or the code
 // page), deletions included. A malformed text changes nothing.
-void importRegistry(std::string_view text, const NarrowPage& page);
+VELTGENERAL_API void importRegistry(std::string_view text, const NarrowPage& page);
 // A key with all below it as version 5 text, in UTF-16LE with a mark (as other systems expect it)
 // or in UTF-8. Nothing where there is no such key.
-std::optional<std::string> exportRegistry(RegistryRoot root, TextView path, bool utf16,
-                                          const NarrowPage& page);
+VELTGENERAL_API std::optional<std::string> exportRegistry(RegistryRoot root, TextView path,
+                                                          bool utf16, const NarrowPage& page);
 
 // "HKEY_LOCAL_MACHINE" or "HKLM", in any case; nothing for another name.
-std::optional<RegistryRoot> registryRoot(TextView name);
+VELTGENERAL_API std::optional<RegistryRoot> registryRoot(TextView name);
 // The full name; empty for a number that is no root.
-TextView registryRootName(RegistryRoot root) noexcept;
+VELTGENERAL_API TextView registryRootName(RegistryRoot root) noexcept;
+// The file of the hive that a root lives in; need not exist.
+VELTGENERAL_API std::string registryFile(RegistryRoot root);
 
 }  // namespace veltgeneral::platform

@@ -102,6 +102,10 @@ class Doctor(VeltTest):
         self.assertEqual(found["locale"], ("en_US", "VELTGENERAL_LOCALE"))
         self.assertEqual(found["code page"], ("CP1252", "default"))
         self.assertEqual(found["drives"], ("none", "default"))
+        self.assertEqual(found["machine registry"],
+                         (self.path("registry/machine.reg"), "VELTGENERAL_REGISTRY_DIR"))
+        self.assertEqual(found["library's own folder"], (self.folder, "VELTGENERAL_HOME"))
+        self.assertEqual(found["PDF generator"][1], "VELTGENERAL_MODULE_DIR")
         found = self.findings(VELTGENERAL_LOCALE="", LANG="C", LC_NUMERIC="it_IT.UTF-8",
                               VELTGENERAL_DRIVE_Q=self.folder, VELTGENERAL_FORM="image:a.png",
                               VELTGENERAL_PRINTER="pdf:a.pdf", VELTGENERAL_CODEPAGE="CP1250",

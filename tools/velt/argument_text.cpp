@@ -2,9 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
-#include <fstream>
-#include <iostream>
 #include <iterator>
 #include <limits>
 #include <nlohmann/json.hpp>
@@ -12,6 +9,7 @@
 #include "base64.h"
 #include "command.h"
 #include "exact_number.h"
+#include "file_io.h"
 #include "iso_date.h"
 #include "number_text.h"
 #include "veltgeneral/component.h"
@@ -194,19 +192,6 @@ NamedText parseNamed(std::string_view argument) {
     throw UsageError("NAME=VALUE expected instead of '" + std::string(argument) + "'");
   }
   return {std::string(argument.substr(0, sign)), parseArgument(argument.substr(sign + 1))};
-}
-
-std::string readWhole(const std::string& path) {
-  std::ifstream file;
-  if (path != "-") {
-    std::error_code ignored;
-    if (!std::filesystem::is_directory(path, ignored)) file.open(path, std::ios::binary);
-    if (!file.is_open()) throw UsageError("cannot read " + path);
-  }
-  std::istream& in = path == "-" ? std::cin : file;
-  std::string content{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-  if (in.bad()) throw UsageError("cannot read " + path);
-  return content;
 }
 
 }  // namespace veltgeneral::tool

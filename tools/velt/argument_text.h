@@ -23,7 +23,4 @@ struct NamedText {
 // "name=argument". Throws UsageError, also for one without a name.
 NamedText parseNamed(std::string_view argument);
 
-// Every byte of a file; "-" is standard input. Throws UsageError.
-std::string readWhole(const std::string& path);
-
 }  // namespace veltgeneral::tool

@@ -1,11 +1,11 @@
 // velt call CLASS.MEMBER ARG...
 #include <algorithm>
 #include <deque>
-#include <fstream>
 #include <iostream>
 
 #include "argument_text.h"
 #include "command.h"
+#include "file_io.h"
 #include "member_path.h"
 #include "values.h"
 #include "veltgeneral/runtime_error.h"
@@ -182,16 +182,11 @@ void Call::print(std::ostream& out, const Variant* written) const {
 }
 
 void writeRaw(const Variant& value, const std::string& path) {
-  std::ofstream file;
-  if (path != "-") file.open(path, std::ios::binary | std::ios::trunc);
-  std::ostream& out = path == "-" ? std::cout : file;
   if (const Bytes* bytes = std::get_if<Bytes>(&value)) {
-    out.write(reinterpret_cast<const char*>(bytes->data()),
-              static_cast<std::streamsize>(bytes->size()));
+    writeWhole(path, {reinterpret_cast<const char*>(bytes->data()), bytes->size()});
   } else {
-    out << toUtf8(std::get<Text>(value));
+    writeWhole(path, toUtf8(std::get<Text>(value)));
   }
-  if (!out.flush()) throw std::runtime_error("cannot write " + path);
 }
 
 int run(const Options& options) {
@@ -223,9 +218,7 @@ void declare(CLI::App& command, Options& options) {
   addEach(command, "--arg", options.named, "An argument by its name")->type_name("NAME=ARG");
   addEach(command, "--set", options.properties, "Assign a property before the call, in this order")
       ->type_name("NAME=ARG");
-  command
-      .add_option(
-          "-o,--output", options.output,
+  addText(command, "-o,--output", options.output,
           "Write the text or the bytes that the call gives to a file (- is standard output)")
       ->type_name("FILE");
   addJson(command, options.json);

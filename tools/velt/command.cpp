@@ -18,14 +18,25 @@ std::string bare(std::string text) {
   return text;
 }
 
-}  // namespace
-
-CLI::Option* addText(CLI::App& command, const std::string& name, std::string& target,
-                     const std::string& description) {
+template <class Target>
+CLI::Option* addOne(CLI::App& command, const std::string& name, Target& target,
+                    const std::string& description) {
   return command
       .add_option_function<std::string>(
           name, [&target](const std::string& text) { target = bare(text); }, description)
       ->type_name("");
+}
+
+}  // namespace
+
+CLI::Option* addText(CLI::App& command, const std::string& name, std::string& target,
+                     const std::string& description) {
+  return addOne(command, name, target, description);
+}
+
+CLI::Option* addText(CLI::App& command, const std::string& name, std::optional<std::string>& target,
+                     const std::string& description) {
+  return addOne(command, name, target, description);
 }
 
 CLI::Option* addTexts(CLI::App& command, const std::string& name, std::vector<std::string>& target,
@@ -42,7 +53,7 @@ CLI::Option* addTexts(CLI::App& command, const std::string& name, std::vector<st
 
 CLI::Option* addEach(CLI::App& command, const std::string& name, std::vector<std::string>& target,
                      const std::string& description) {
-  return command.add_option(name, target, description)->allow_extra_args(false);
+  return addTexts(command, name, target, description)->allow_extra_args(false);
 }
 
 CLI::Option* addJson(CLI::App& command, bool& json) {

@@ -7,6 +7,7 @@
 #include <CLI/CLI.hpp>
 
 #include <functional>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -31,6 +32,9 @@ void addClasses(CLI::App& program, Action& action);
 void addDescribe(CLI::App& program, Action& action);
 void addCall(CLI::App& program, Action& action);
 void addDoctor(CLI::App& program, Action& action);
+void addRegistry(CLI::App& program, Action& action);
+void addIni(CLI::App& program, Action& action);
+void addRegister(CLI::App& program, Action& action);
 void addCompletion(CLI::App& program, Action& action);
 
 // Adds a sub-command that runs `run` on the options it was given. The options outlive the parsing;
@@ -46,9 +50,12 @@ CLI::App& addCommand(CLI::App& parent, const std::string& name, const std::strin
   return *command;
 }
 
-// Positional texts, which may look like anything: the parser's own notation inside arguments is
-// kept away from them by shieldArguments and taken off here.
+// Arguments and options that take texts, which may look like anything: the parser's own notation
+// inside them is kept away by shieldArguments and made good here.
 CLI::Option* addText(CLI::App& command, const std::string& name, std::string& target,
+                     const std::string& description);
+// One that may be left out.
+CLI::Option* addText(CLI::App& command, const std::string& name, std::optional<std::string>& target,
                      const std::string& description);
 CLI::Option* addTexts(CLI::App& command, const std::string& name, std::vector<std::string>& target,
                       const std::string& description);

@@ -47,9 +47,11 @@ std::vector<std::string> wordsFor(const std::string& positional) {
 
 void collect(const CLI::App& command, const std::string& path, std::vector<Node>& nodes) {
   Node node{.path = path, .commands = {}, .options = {}, .words = {}};
+  bool first = true;
   for (const CLI::Option* option : command.get_options()) {
     if (option->get_positional()) {
-      if (node.words.empty()) node.words = wordsFor(option->get_name(true));
+      if (first) node.words = wordsFor(option->get_name(true));
+      first = false;
       continue;
     }
     const std::string summary = firstLine(option->get_description());

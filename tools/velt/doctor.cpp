@@ -9,7 +9,9 @@
 #include "command.h"
 #include "core/module_name.h"
 #include "platform/environment.h"
+#include "platform/folders.h"
 #include "platform/library.h"
+#include "platform/registry.h"
 #include "values.h"
 #include "veltgeneral/runtime_error.h"
 
@@ -21,10 +23,11 @@ namespace fs = std::filesystem;
 struct Finding {
   std::string subject;
   std::string value;
-  std::string source;  // a variable, or "default"
+  std::string source;  // a variable, "default", "build" or "loader"
 };
 
 constexpr const char* kDefault = "default";
+constexpr const char* kLoader = "loader";
 
 std::string setting(const std::string& variable) {
   return platform::environment(variable.c_str()).value_or("");
@@ -56,6 +59,20 @@ void addLocale(std::vector<Finding>& out) {
   out.push_back(chosen("code page", "VELTGENERAL_CODEPAGE", "CP1252"));
 }
 
+void addFolders(std::vector<Finding>& out) {
+  using platform::RegistryRoot;
+  const auto add = [&](const char* subject, std::string value, const char* variable) {
+    out.push_back({subject, value.empty() ? "none" : std::move(value), sourceAmong({variable})});
+  };
+  add("machine registry", platform::registryFile(RegistryRoot::localMachine),
+      "VELTGENERAL_REGISTRY_DIR");
+  add("user registry", platform::registryFile(RegistryRoot::currentUser),
+      "VELTGENERAL_REGISTRY_DIR");
+  add("library's own folder", platform::libraryHome(), "VELTGENERAL_HOME");
+  add("Windows folder", platform::windowsFolder(), "VELTGENERAL_WINDOWS_DIR");
+  add("system folder", platform::systemFolder(), "VELTGENERAL_SYSTEM_DIR");
+}
+
 void addDrives(std::vector<Finding>& out) {
   bool any = false;
   for (char letter = 'A'; letter <= 'Z'; ++letter) {
@@ -76,15 +93,27 @@ void addModule(std::vector<Finding>& out, const std::string& subject, const std:
       {subject, there ? path : path + " (missing)", sourceAmong({"VELTGENERAL_MODULE_DIR"})});
 }
 
+// A caller's own generator may also be a name that the system's loader looks for.
+void addPdfGenerator(std::vector<Finding>& out) {
+  constexpr const char* kVariable = "VELTGENERAL_PDF_LIBRARY";
+  if (!setting(kVariable).empty()) {
+    out.push_back(chosen("PDF generator", kVariable, ""));
+  } else {
+    addModule(out, "PDF generator", "veltgeneral-pdf");
+  }
+}
+
 std::vector<Finding> examine() {
   std::vector<Finding> out;
   out.push_back({"version", VELTGENERAL_VERSION, "build"});
   out.push_back({"module name", toUtf8(kModuleName), "build"});
-  out.push_back({"library folder", platform::libraryFolder(), kDefault});
+  out.push_back({"library", platform::libraryFile(), kLoader});
   addLocale(out);
+  addFolders(out);
   addDrives(out);
   out.push_back(chosen("report form", "VELTGENERAL_FORM", "window"));
   out.push_back(chosen("printer", "VELTGENERAL_PRINTER", "the print system's default queue"));
+  addPdfGenerator(out);
   addModule(out, "HTTP module", "veltgeneral-http");
   addModule(out, "report module", "veltgeneral-report");
   return out;

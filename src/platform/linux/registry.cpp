@@ -37,15 +37,6 @@ bool sameName(TextView one, TextView other) {
   return std::ranges::equal(one, other, {}, foldUnit, foldUnit);
 }
 
-// The hive a root lives in, and the whole path there.
-std::string hiveFile(RegistryRoot root) {
-  const bool user = root == RegistryRoot::currentUser;
-  const char* file = user ? "/user.reg" : "/machine.reg";
-  if (const auto folder = environment(kFolderVariable); folder && !folder->empty())
-    return *folder + file;
-  return (user ? configFolder() : std::string("/etc/veltgeneral")) + file;
-}
-
 // Empty for a number that is no root.
 Text wholePath(RegistryRoot root, TextView path) {
   Text whole(root == RegistryRoot::classes ? kClasses : registryRootName(root));
@@ -211,7 +202,7 @@ std::optional<RegistryKey> RegistryKey::open(RegistryRoot root, TextView path,
     recent = {.root = root,
               .path = Text(path),
               .folder = environment(kFolderVariable),
-              .file = hiveFile(root),
+              .file = registryFile(root),
               .hive = {}};
     recent.hive = hive(recent.file, page);
     if (recent.hive.parsed) recent.node = recent.hive.parsed->find(whole);
@@ -230,14 +221,14 @@ std::vector<Text> RegistryKey::subKeyNames() const { return file_->subKeyNames(n
 
 void setRegistryValue(RegistryRoot root, TextView path, TextView name, const RegistryValue& value,
                       const NarrowPage& page) {
-  apply(hiveFile(root),
+  apply(registryFile(root),
         {{RegChange::Kind::setValue, keyText(root, path), lineText(name, true), value}}, page);
 }
 
 bool removeRegistryValue(RegistryRoot root, TextView path, TextView name, const NarrowPage& page) {
   const auto key = RegistryKey::open(root, path, page);
   if (!key || !key->query(name)) return false;
-  apply(hiveFile(root),
+  apply(registryFile(root),
         {{RegChange::Kind::removeValue, keyText(root, path), lineText(name, true), {}}}, page);
   return true;
 }
@@ -245,7 +236,7 @@ bool removeRegistryValue(RegistryRoot root, TextView path, TextView name, const 
 bool removeRegistryKey(RegistryRoot root, TextView path, const NarrowPage& page) {
   const std::string key = keyText(root, path);
   if (isRegRoot(key) || !RegistryKey::open(root, path, page)) return false;
-  apply(hiveFile(root), {{RegChange::Kind::removeKey, key, {}, {}}}, page);
+  apply(registryFile(root), {{RegChange::Kind::removeKey, key, {}, {}}}, page);
   return true;
 }
 
@@ -261,14 +252,14 @@ bool writeRegistryText(RegistryRoot root, TextView path, TextView name, TextView
 
 void importRegistry(std::string_view text, const NarrowPage& page) {
   const Import import = Importer(text, page).run();
-  apply(hiveFile(RegistryRoot::localMachine), import.machine, page);
-  apply(hiveFile(RegistryRoot::currentUser), import.user, page);
+  apply(registryFile(RegistryRoot::localMachine), import.machine, page);
+  apply(registryFile(RegistryRoot::currentUser), import.user, page);
 }
 
 std::optional<std::string> exportRegistry(RegistryRoot root, TextView path, bool utf16,
                                           const NarrowPage& page) {
   const Text whole = wholePath(root, path);
-  const auto file = hive(hiveFile(root), page).parsed;
+  const auto file = hive(registryFile(root), page).parsed;
   if (!file || whole.empty()) return std::nullopt;
   const std::uint32_t node = file->find(whole);
   if (node == RegistryFile::kNone) return std::nullopt;
@@ -286,6 +277,14 @@ TextView registryRootName(RegistryRoot root) noexcept {
   for (const Root& entry : kRoots)
     if (entry.root == root) return entry.name;
   return {};
+}
+
+std::string registryFile(RegistryRoot root) {
+  const bool user = root == RegistryRoot::currentUser;
+  const char* file = user ? "/user.reg" : "/machine.reg";
+  if (const auto folder = environment(kFolderVariable); folder && !folder->empty())
+    return *folder + file;
+  return (user ? configFolder() : std::string("/etc/veltgeneral")) + file;
 }
 
 }  // namespace veltgeneral::platform

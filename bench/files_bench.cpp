@@ -246,5 +246,43 @@ void writeTable(benchmark::State& state) {
 }
 BENCHMARK(writeTable)->UseManualTime();
 
+// Four reads that a 16-bit count allows, beside reading the same bytes and widening them.
+void readRecords(benchmark::State& state) {
+  constexpr std::int32_t kRecords = 100'000;
+  constexpr std::int16_t kAtOnce = 25'000;
+  const auto length = static_cast<std::size_t>(state.range(0));
+  const std::size_t size = kRecords * (length + 2);
+  const std::string path = folder() + "/records" + std::to_string(length);
+  {
+    std::ofstream out(path, std::ios::binary);
+    for (int i = 0; i < kRecords; ++i) out << std::string(length - 1, 'x') << "y\r\n";
+  }
+  const Text name = fromUtf8(path);
+  against(
+      state,
+      [&] {
+        for (std::int32_t first = 1; first < kRecords; first += kAtOnce) {
+          TextArray list(Bounds{1, kAtOnce});
+          std::int16_t count = kAtOnce;
+          FileUtility().ooReadFile(name, static_cast<std::int16_t>(length), first, count, list);
+          if (count != kAtOnce) std::abort();
+          benchmark::DoNotOptimize(list);
+        }
+      },
+      [&] {
+        const int fd = open(path.c_str(), O_RDONLY);
+        const Fresh<std::uint8_t> bytes(size);
+        const Fresh<char16_t> text(size);
+        if (read(fd, bytes.data, size) < 0) std::abort();
+        for (std::size_t i = 0; i < size; ++i) text.data[i] = bytes.data[i];
+        benchmark::DoNotOptimize(text.data);
+        benchmark::ClobberMemory();
+        close(fd);
+      });
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(size));
+  state.SetItemsProcessed(state.iterations() * kRecords);
+}
+BENCHMARK(readRecords)->Arg(20)->Arg(150)->Arg(970)->UseManualTime();
+
 }  // namespace
 }  // namespace veltgeneral

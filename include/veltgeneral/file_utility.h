@@ -17,8 +17,38 @@
 
 namespace veltgeneral {
 
+// Records of the platform that callers know, in its layout. UpdateFileTime speaks of the first; no
+// member reads or fills the second.
+struct SYSTEMTIME {
+  std::int16_t wYear;
+  std::int16_t wMonth;  // 1 to 12
+  std::int16_t wDayOfWeek;
+  std::int16_t wDay;
+  std::int16_t wHour;
+  std::int16_t wMinute;
+  std::int16_t wSecond;
+  std::int16_t wMilliseconds;
+};
+
+struct TIME_ZONE_INFORMATION {
+  std::int32_t Bias;
+  char16_t StandardName[32];
+  SYSTEMTIME StandardDate;
+  std::int32_t StandardBias;
+  char16_t DaylightName[32];
+  SYSTEMTIME DaylightDate;
+  std::int32_t DaylightBias;
+};
+
+static_assert(sizeof(SYSTEMTIME) == 16 && sizeof(TIME_ZONE_INFORMATION) == 172);
+
 class VELTGENERAL_API FileUtility {
  public:
+  // What UpdateFileTime takes from the hour that it is given, in hours, and adds to it: the whole
+  // hours of these minutes.
+  std::int16_t daylightoffset = 0;
+  std::int16_t utcoffset = 0;
+
   // Counts the regular files, neither hidden nor system, that match `sDirectory`: a folder with its
   // separator, or a folder and a name with "*" and "?", matched without regard to case. What
   // matches nothing counts 0. More than 32,767 matches are error 6; `iNumFile` then keeps its
@@ -38,6 +68,18 @@ class VELTGENERAL_API FileUtility {
 
   // The whole file as a variant that holds bytes. Success is a result as newly created.
   ErrInfo readBinaryFile(TextView sFileName, Variant& vntTextFile);
+
+  // Gives the file this time, UTC once the two offsets are applied, as that of its last access and
+  // change; and as that of its creation where the host can keep one. The numbers are any values
+  // that 16-bit integers can be made of, the day of the week is not looked at, and nothing is
+  // written back.
+  //
+  // An hour beyond 23 is 24 less, on the next day number; nothing else carries, and a time that is
+  // then none (32 January, hour -1, a year before 1601) leaves the file as it was, without saying
+  // so. Success is a cleared result. A file that cannot be opened for writing, a read-only one
+  // even with all rights, is "Could not open file " and its path.
+  ErrInfo UpdateFileTime(Variant& fname, Variant& fyear, Variant& fmonth, Variant& fdayofweek,
+                         Variant& fday, Variant& fhour, Variant& fmin, Variant& fsec);
 
   // Builds semicolon-delimited text of the cells (1..lNumColumns, 1..lNumRows): a cell that is no
   // number, no date and not blank stands in double quotes, a quote inside is doubled, rows end with
@@ -62,6 +104,15 @@ class VELTGENERAL_API FileUtility {
   // many fields, whose error is returned if no line follows it. A file without line is error 9.
   ErrInfo getArrayFromCsvFile(TextView sFileName, TextArray& sArrayValue, std::int32_t lNumRows,
                               std::int32_t& lNumColumns);
+
+  // Reads records of `iObjectLen` characters, each followed by CR LF (the last may lack it), from
+  // record `lStartPosition` (1 is the first) on into the elements 1, 2, ... of `sOList`, each as
+  // Funzioni's normStringOnlyAscii makes it. Lengths are 20, 25, 125, 150, 160, 207, 247, 400, 450,
+  // 962 and 970. `iNumObject` is the number wanted and becomes that of the records there are from
+  // the first on. Error 63 for a first record below 1, 9 for a list that is too short, 62 for a
+  // file that loses records meanwhile; records stored before that stay.
+  ErrInfo ooReadFile(TextView sFlLename, std::int16_t iObjectLen, std::int32_t lStartPosition,
+                     std::int16_t& iNumObject, TextArray& sOList);
 };
 
 }  // namespace veltgeneral

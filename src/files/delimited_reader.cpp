@@ -10,8 +10,8 @@
 #include "automation/coerce.h"
 #include "automation/text_array_builder.h"
 #include "automation/text_limit.h"
-#include "core/trap.h"
 #include "files/csv_line.h"
+#include "files/file_result.h"
 #include "files/line_reader.h"
 #include "platform/paths.h"
 #include "veltgeneral/file_utility.h"
@@ -19,7 +19,6 @@
 namespace veltgeneral {
 namespace {
 
-constexpr TextView kClass = u"FileUtility";
 // The published class of failures of the line reader.
 constexpr TextView kLineClass = u"Utilita";
 
@@ -184,7 +183,7 @@ ErrInfo FileUtility::readAndLoadInArrayByCRLF(TextView sFileName, TextArray& lis
 
 ErrInfo FileUtility::getArrayFromCsvFile(TextView sFileName, TextArray& sArrayValue,
                                          std::int32_t lNumRows, std::int32_t& lNumColumns) {
-  return trapped(u"getArrayFromCsvFile", kClass, [&] {
+  return trapped(u"getArrayFromCsvFile", kFileUtility, [&] {
     if (lNumRows < 1) throw RuntimeError(RunTime::subscriptOutOfRange);
     lNumColumns = 0;
     Loaded loaded = loadTable(sFileName, static_cast<std::size_t>(lNumRows));

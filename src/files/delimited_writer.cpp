@@ -2,15 +2,14 @@
 #include <algorithm>
 
 #include "automation/coerce.h"
-#include "core/trap.h"
 #include "files/csv_line.h"
+#include "files/file_result.h"
 #include "platform/memory.h"
 #include "veltgeneral/file_utility.h"
 
 namespace veltgeneral {
 namespace {
 
-constexpr TextView kClass = u"FileUtility";
 constexpr TextView kRowEnd = u"\r\n";
 constexpr std::int32_t kArchive = 32;
 
@@ -70,7 +69,7 @@ void prepare(Text& out, const TextArray& table) {
 ErrInfo FileUtility::getCsvStringFromArray(Text& sStringFile, TextArray& sArrayValue,
                                            std::int32_t lNumRows, std::int32_t lNumColumns,
                                            TextView /*sDelim*/) {
-  return trapped(u"getCsvStringFromArray", kClass, [&] {
+  return trapped(u"getCsvStringFromArray", kFileUtility, [&] {
     sStringFile.clear();
     if (lNumRows > 0 && lNumColumns > 0) prepare(sStringFile, sArrayValue);
     // Wider than the row number, which may be the greatest there is.
@@ -83,7 +82,7 @@ ErrInfo FileUtility::getCsvStringFromArray(Text& sStringFile, TextArray& sArrayV
 
 ErrInfo FileUtility::writeCsvFileFromArray(TextView sFileName, TextArray& sArrayValue,
                                            std::int32_t lNumRows, std::int32_t lNumColumns) {
-  return trapped(u"writeCsvFileFromArray", kClass, [&] {
+  return trapped(u"writeCsvFileFromArray", kFileUtility, [&] {
     Text text;
     ErrInfo result = getCsvStringFromArray(text, sArrayValue, lNumRows, lNumColumns, u";");
     if (result.isSuccess()) result = writeFile(sFileName, kArchive, text);

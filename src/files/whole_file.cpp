@@ -6,7 +6,7 @@
 
 #include "automation/code_page.h"
 #include "automation/text_limit.h"
-#include "core/trap.h"
+#include "files/file_result.h"
 #include "files/name_pattern.h"
 #include "platform/files.h"
 #include "platform/memory.h"
@@ -16,13 +16,7 @@
 namespace veltgeneral {
 namespace {
 
-constexpr TextView kClass = u"FileUtility";
-constexpr TextView kDone = u"Operazione eseguita correttamente";
 constexpr std::size_t kChunk = 32 << 10;
-
-ErrInfo done(TextView location) {
-  return resultOf(eiSUCCESFULL, kDone, eiINFORMATIONTYPE, location, kClass);
-}
 
 // Through a buffer that stays in the cache: each page of the text is touched once, and only to
 // receive its characters.
@@ -64,7 +58,7 @@ void writeText(platform::FileHandle& file, TextView text) {
 }  // namespace
 
 ErrInfo FileUtility::numFileInDir(TextView sDirectory, std::int16_t& iNumFile) {
-  return trapped(u"numFileInDir", kClass, [&] {
+  return trapped(u"numFileInDir", kFileUtility, [&] {
     // In "C:name" the colon ends the folder, as a separator does.
     const std::size_t nameAt = sDirectory.find_last_of(u"\\/:") + 1;
     const TextView name = sDirectory.substr(nameAt);
@@ -81,24 +75,24 @@ ErrInfo FileUtility::numFileInDir(TextView sDirectory, std::int16_t& iNumFile) {
       ++count;
     });
     iNumFile = count;
-    return done(u"numFileInDir");
+    return fileDone(u"numFileInDir");
   });
 }
 
 ErrInfo FileUtility::writeFile(TextView sFileName, std::int32_t attributeFile, TextView sTextFile) {
-  return trapped(u"writeFile", kClass, [&] {
+  return trapped(u"writeFile", kFileUtility, [&] {
     const std::string path = platform::hostPath(sFileName);
     if (platform::fileAttributes(path)) platform::setFileAttributes(path, platform::kArchive);
     auto file = platform::FileHandle::openForWriting(path);
     writeText(file, sTextFile);
     file.close();
     platform::setFileAttributes(path, attributeFile);
-    return done(u"writeFile");
+    return fileDone(u"writeFile");
   });
 }
 
 ErrInfo FileUtility::readFile(TextView sFileName, Text& sTextFile) {
-  return trapped(u"readFile", kClass, [&] {
+  return trapped(u"readFile", kFileUtility, [&] {
     auto file = platform::FileHandle::openForReading(platform::hostPath(sFileName));
     sTextFile = readText(file);
     return ErrInfo();
@@ -106,7 +100,7 @@ ErrInfo FileUtility::readFile(TextView sFileName, Text& sTextFile) {
 }
 
 ErrInfo FileUtility::readBinaryFile(TextView sFileName, Variant& vntTextFile) {
-  return trapped(u"readBinaryFile", kClass, [&] {
+  return trapped(u"readBinaryFile", kFileUtility, [&] {
     auto file = platform::FileHandle::openForReading(platform::hostPath(sFileName));
     const std::uint64_t size = file.size();
     if (size > kGreatestText) throw RuntimeError(RunTime::outOfMemory);

@@ -27,6 +27,9 @@ class FileHandle {
   static FileHandle openForReading(const std::string& path);
   // Creates the file or empties it.
   static FileHandle openForWriting(const std::string& path);
+  // As it is. A file without any write permission bit is refused, whatever the rights of the
+  // process.
+  static FileHandle openForChange(const std::string& path);
 
   // In bytes, when it was opened.
   std::uint64_t size() const noexcept { return size_; }
@@ -34,6 +37,9 @@ class FileHandle {
   std::size_t read(std::span<std::uint8_t> buffer);
   std::size_t readAt(std::uint64_t offset, std::span<std::uint8_t> buffer);
   void write(std::span<const std::uint8_t> bytes);
+  // Access and change at this second since 1970, UTC; and the creation time, where another program
+  // keeps one in the file's extended attribute. What the host does not allow stays as it was.
+  void setTimes(std::int64_t second);
   // Reports what the host only tells at the end.
   void close();
 
@@ -44,6 +50,9 @@ class FileHandle {
   int descriptor_;
   std::uint64_t size_;
 };
+
+// The length in bytes of a regular file, whoever may read it.
+std::uint64_t fileLength(const std::string& path);
 
 // File attributes as applications know them; their sum is a set.
 enum FileAttribute : std::int32_t {

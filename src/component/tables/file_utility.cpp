@@ -7,10 +7,16 @@ namespace veltgeneral {
 namespace {
 
 constexpr Member kRows[] = {
+    getField<&FileUtility::daylightoffset>("daylightoffset"),
+    putField<&FileUtility::daylightoffset>("daylightoffset"),
+    getField<&FileUtility::utcoffset>("utcoffset"),
+    putField<&FileUtility::utcoffset>("utcoffset"),
     method<&FileUtility::numFileInDir>("numFileInDir", "sDirectory", "iNumFile"),
     method<&FileUtility::writeFile>("writeFile", "sFileName", "attributeFile", "sTextFile"),
     method<&FileUtility::readFile>("readFile", "sFileName", "sTextFile"),
     method<&FileUtility::readBinaryFile>("readBinaryFile", "sFileName", "vntTextFile"),
+    method<&FileUtility::UpdateFileTime>("UpdateFileTime", "fname", "fyear", "fmonth", "fdayofweek",
+                                         "fday", "fhour", "fmin", "fsec"),
     method<&FileUtility::getCsvStringFromArray>("getCsvStringFromArray", "sStringFile",
                                                 "sArrayValue", "lNumRows", "lNumColumns", "sDelim"),
     method<&FileUtility::writeCsvFileFromArray>("writeCsvFileFromArray", "sFileName", "sArrayValue",
@@ -19,6 +25,8 @@ constexpr Member kRows[] = {
                                                    "listRows", "lNumRows"),
     method<&FileUtility::getArrayFromCsvFile>("getArrayFromCsvFile", "sFileName", "sArrayValue",
                                               "lNumRows", "lNumColumns"),
+    method<&FileUtility::ooReadFile>("ooReadFile", "sFlLename", "iObjectLen", "lStartPosition",
+                                     "iNumObject", "sOList"),
 };
 
 }  // namespace

@@ -94,6 +94,13 @@ void FileHandle::close() {
   if (::close(std::exchange(descriptor_, -1)) != 0 && errno != EINTR) failWith(errno, "/");
 }
 
+std::uint64_t fileLength(const std::string& path) {
+  struct stat info {};
+  if (stat(path.c_str(), &info) != 0) failWith(errno, path);
+  if (!S_ISREG(info.st_mode)) failWith(S_ISDIR(info.st_mode) ? EISDIR : EIO, path);
+  return static_cast<std::uint64_t>(info.st_size);
+}
+
 void listFiles(const std::string& folder,
                const std::function<void(const std::string& name)>& found) {
   const std::unique_ptr<DIR, int (*)(DIR*)> directory(opendir(folder.c_str()), &closedir);

@@ -1,0 +1,103 @@
+// FileUtility's reader of files whose records all have one length.
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <optional>
+#include <string>
+
+#include "automation/code_page.h"
+#include "automation/coerce.h"
+#include "files/file_result.h"
+#include "platform/files.h"
+#include "platform/paths.h"
+#include "veltgeneral/file_utility.h"
+#include "veltgeneral/funzioni.h"
+
+namespace veltgeneral {
+namespace {
+
+constexpr TextView kLocation = u"ooReadFile";
+constexpr std::int32_t kLineBreak = 2;
+constexpr std::size_t kChunk = 32 << 10;
+constexpr std::array<std::int16_t, 11> kLengths{20,  25,  125, 150, 160, 207,
+                                                247, 400, 450, 962, 970};
+
+// The record's place in the file, counted with its line break. Throws RuntimeError 6 where 16 bits
+// do not hold it.
+std::int32_t strideOf(std::int16_t length) {
+  const std::int32_t stride = length + kLineBreak;
+  if (stride > std::numeric_limits<std::int16_t>::max()) throw RuntimeError(RunTime::overflow);
+  return stride;
+}
+
+// Nothing where the file is not made of such records. The last line break may be missing.
+std::optional<std::int64_t> recordCount(std::uint64_t size, std::int32_t stride) {
+  if (stride == 0) throw RuntimeError(RunTime::divisionByZero);
+  const auto bytes = static_cast<std::int64_t>(size);
+  if ((bytes + kLineBreak) % stride == 0) return (bytes + kLineBreak) / stride;
+  if (bytes % stride == 0) return bytes / stride;
+  return std::nullopt;
+}
+
+// How many of `wanted` records there are from `first` on.
+std::int16_t clamped(std::int16_t wanted, std::int32_t first, std::int64_t records) {
+  if (std::int64_t{first} + wanted <= records) return wanted;
+  return static_cast<std::int16_t>(std::max<std::int64_t>(records - first + 1, 0));
+}
+
+// Reads the records a chunk at a time and stores each as soon as it is clean. Returns the cleaner's
+// failure, or nothing.
+std::optional<ErrInfo> readRecords(platform::FileHandle& file, std::size_t length,
+                                   std::int32_t first, std::int32_t count, TextArray& list) {
+  if (count <= 0) return std::nullopt;
+  if (first < 1) throw RuntimeError(RunTime::badRecordNumber);
+  const Funzioni cleaner;
+  const std::size_t stride = length + kLineBreak;
+  std::array<std::uint8_t, kChunk> bytes;
+  std::array<char16_t, kChunk> characters;
+  std::uint64_t offset = (static_cast<std::uint64_t>(first) - 1) * stride;
+  Text cleaned;
+  for (std::int32_t stored = 0; stored < count;) {
+    const std::size_t records = std::min(kChunk / stride, static_cast<std::size_t>(count - stored));
+    const std::size_t got = file.readAt(offset, std::span(bytes).first(records * stride));
+    offset += got;
+    systemCodePage().widen(std::span(bytes).first(got), characters.data());
+    for (std::size_t record = 0; record < records; ++record) {
+      // The file has become shorter; only a line break may be missing.
+      if (record * stride + length > got) throw RuntimeError(RunTime::inputPastEnd);
+      const TextView text(characters.data() + record * stride, length);
+      ErrInfo result = cleaner.normStringOnlyAscii(text, cleaned);
+      if (!result.isSuccess()) return result;
+      list.set(++stored, cleaned);
+    }
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+ErrInfo FileUtility::ooReadFile(TextView sFlLename, std::int16_t iObjectLen,
+                                std::int32_t lStartPosition, std::int16_t& iNumObject,
+                                TextArray& sOList) {
+  return trapped(kLocation, kFileUtility, [&] {
+    const std::string path = platform::hostPath(sFlLename);
+    const std::uint64_t size = platform::fileLength(path);
+    const auto records = recordCount(size, strideOf(iObjectLen));
+    const Text length = toText(std::int32_t{iObjectLen});
+    if (!records) {
+      return fileAborted(kLocation, u"File length [" + fromUtf8(std::to_string(size)) +
+                                        u"] not compatible with string length[" + length + u"]");
+    }
+    if (!std::ranges::binary_search(kLengths, iObjectLen)) {
+      return fileAborted(
+          kLocation, u"Lenght string not supported[" + length + u"] supported type are: 20, 25");
+    }
+    auto file = platform::FileHandle::openForReading(path);
+    iNumObject = clamped(iNumObject, lStartPosition, *records);
+    auto failure =
+        readRecords(file, static_cast<std::size_t>(iObjectLen), lStartPosition, iNumObject, sOList);
+    return failure ? *std::move(failure) : fileDone(kLocation);
+  });
+}
+
+}  // namespace veltgeneral

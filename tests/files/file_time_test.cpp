@@ -1,0 +1,187 @@
+// Stamps, read back as the host and other software see them.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+
+#include <algorithm>
+#include <array>
+#include <ctime>
+#include <limits>
+
+#include "support/results.h"
+#include "support/temporary_folder.h"
+#include "veltgeneral/file_utility.h"
+
+namespace veltgeneral {
+namespace {
+
+constexpr std::time_t kBefore = 86400;
+
+class FileTime : public ::testing::Test {
+ protected:
+  void SetUp() override { folder_.put("file", "x"); }
+
+  ErrInfo stamp(std::array<Variant, 7> fields, const std::string& name = "file") {
+    path_ = folder_.text(name);
+    auto& [year, month, weekday, day, hour, minute, second] = fields;
+    return files_.UpdateFileTime(path_, year, month, weekday, day, hour, minute, second);
+  }
+  // The file's one time, as a text; "untouched" where it still has the one from before.
+  std::string stamped() const {
+    struct stat info {};
+    stat(folder_.file("file").c_str(), &info);
+    if (info.st_mtim.tv_sec == kBefore && info.st_atim.tv_sec == kBefore) return "untouched";
+    EXPECT_EQ(info.st_mtim.tv_sec, info.st_atim.tv_sec);
+    EXPECT_EQ(info.st_mtim.tv_nsec + info.st_atim.tv_nsec, 0);
+    char text[40];
+    std::tm fields{};
+    std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", gmtime_r(&info.st_mtim.tv_sec, &fields));
+    return text;
+  }
+  void reset() const {
+    const timespec times[] = {{kBefore, 0}, {kBefore, 0}};
+    utimensat(AT_FDCWD, folder_.file("file").c_str(), times, 0);
+  }
+
+  test::TemporaryFolder folder_;
+  FileUtility files_;
+  Variant path_;
+};
+
+TEST_F(FileTime, EveryRowIsAClearedSuccess) {
+  struct Case {
+    std::array<int, 7> fields;
+    std::int16_t utc;
+    std::int16_t daylight;
+    const char* stamped;
+  };
+  const Case cases[] = {
+      {{2024, 2, 4, 29, 23, 59, 58}, 0, 0, "2024-02-29 23:59:58"},
+      {{2024, 2, 99, 29, 0, 0, 0}, 0, 0, "2024-02-29 00:00:00"},  // any day of the week
+      {{1970, 1, 0, 1, 0, 0, 0}, 0, 0, "1970-01-01 00:00:00"},
+      {{1960, 6, 0, 1, 12, 0, 0}, 0, 0, "1960-06-01 12:00:00"},
+      {{2000, 5, 0, 10, 1, 0, 0}, 90, 0, "2000-05-10 02:00:00"},
+      {{2000, 5, 0, 10, 1, 0, 0}, -90, 0, "2000-05-10 00:00:00"},
+      {{2000, 5, 0, 10, 1, 0, 0}, 59, 0, "2000-05-10 01:00:00"},
+      {{2000, 5, 0, 10, 12, 0, 0}, -60, 2, "2000-05-10 09:00:00"},
+      {{2000, 5, 0, 10, 23, 0, 0}, 120, 0, "2000-05-11 01:00:00"},
+      {{2000, 5, 0, 10, 23, 0, 0}, 0, -24, "2000-05-11 23:00:00"},
+      // The calendar does not have these, and nobody says so.
+      {{2000, 5, 0, 31, 23, 0, 0}, 60, 0, "untouched"},
+      {{2000, 5, 0, 10, 1, 0, 0}, -60, 1, "untouched"},
+      {{2000, 5, 0, 10, 24, 0, 0}, 0, -24, "untouched"},
+      {{2023, 2, 0, 29, 0, 0, 0}, 0, 0, "untouched"},
+      {{2023, 13, 0, 1, 0, 0, 0}, 0, 0, "untouched"},
+      {{2023, 257, 0, 1, 0, 0, 0}, 0, 0, "untouched"},
+      {{2023, 0, 0, 1, 0, 0, 0}, 0, 0, "untouched"},
+      {{2023, 1, 0, 0, 0, 0, 0}, 0, 0, "untouched"},
+      {{2023, 1, 0, 257, 0, 0, 0}, 0, 0, "untouched"},
+      {{2023, 1, 0, 1, 0, 60, 0}, 0, 0, "untouched"},
+      {{2023, 1, 0, 1, 0, 0, 60}, 0, 0, "untouched"},
+      {{2023, 1, 0, 1, 0, -1, 0}, 0, 0, "untouched"},
+      {{1600, 12, 0, 31, 0, 0, 0}, 0, 0, "untouched"},
+      {{30828, 1, 0, 1, 0, 0, 0}, 0, 0, "untouched"},
+      {{-2023, 1, 0, 1, 0, 0, 0}, 0, 0, "untouched"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(::testing::PrintToString(c.fields));
+    reset();
+    files_.utcoffset = c.utc;
+    files_.daylightoffset = c.daylight;
+    std::array<Variant, 7> fields;
+    std::ranges::copy(c.fields, fields.begin());
+    EXPECT_EQ(test::fields(stamp(fields)), test::cleared());
+    EXPECT_EQ(stamped(), c.stamped);
+  }
+}
+
+TEST_F(FileTime, AnyKindOfNumberServes) {
+  EXPECT_TRUE(stamp({Text(u"2024"), 1.5, Empty{}, 2.5F, std::int16_t{3}, Text(u" 4 "), Date{5}})
+                  .isSuccess());
+  EXPECT_EQ(stamped(), "2024-02-02 03:04:05");
+}
+
+TEST_F(FileTime, RuntimeErrorsLeaveTheFileAlone) {
+  struct Case {
+    std::array<Variant, 7> fields;
+    std::int16_t utc;
+    std::int16_t daylight;
+    int number;
+    const char* message;
+  };
+  const Case cases[] = {
+      {{32768, Null{}, 0, 1, 0, 0, 0}, 0, 0, 6, "Overflow"},  // the first that fails counts
+      {{2024, Null{}, 0, 1, 0, 0, 0}, 0, 0, 94, "Invalid use of Null"},
+      {{2024, 1, Text(u"Monday"), 1, 0, 0, 0}, 0, 0, 13, "Type mismatch"},
+      {{2024, 1, 0, 1, 32767, 0, 0}, 60, 1, 6, "Overflow"},
+      {{2024, 1, 0, 1, -32768, 0, 0}, 0, 1, 6, "Overflow"},
+      {{2024, 1, 0, 1, 0, 0, 0}, 0, std::numeric_limits<std::int16_t>::min(), 6, "Overflow"},
+      {{2024, 1, 0, 32767, 24, 0, 0}, 0, 0, 6, "Overflow"},
+  };
+  reset();
+  for (const Case& c : cases) {
+    files_.utcoffset = c.utc;
+    files_.daylightoffset = c.daylight;
+    EXPECT_EQ(test::fields(stamp(c.fields)),
+              test::failure(c.number, c.message, "UpdateFileTime", "FileUtility"));
+    EXPECT_EQ(stamped(), "untouched");
+  }
+}
+
+TEST_F(FileTime, WhatCannotBeOpenedForWritingIsNamed) {
+  reset();
+  std::filesystem::create_directory(folder_.path() / "folder");
+  mkfifo(folder_.file("fifo").c_str(), 0600);
+  chmod(folder_.file("file").c_str(), 0444);
+  // The numbers after the path are not looked at.
+  for (const std::string name : {"none", "none/file", "folder", "folder/", "fifo", "file"}) {
+    const std::string message = "Could not open file " + folder_.file(name);
+    EXPECT_EQ(test::fields(stamp({Null{}, 1, 0, 1, 0, 0, 0}, name)),
+              test::failure(eiABORTED, message.c_str(), "UpdateFileTime", "FileUtility"));
+  }
+  EXPECT_EQ(stamped(), "untouched");
+  EXPECT_FALSE(std::filesystem::exists(folder_.path() / "none"));
+  EXPECT_EQ(folder_.get("file"), "x");
+}
+
+TEST_F(FileTime, AKeptCreationTimeGoesAlong) {
+  const std::string path = folder_.file("file");
+  const std::string head("\0\0\3\0\3\0\0\0\x11\0\0\0\x20\0\0\0", 16);
+  const std::string zero(8, '\0');
+  // 00:00:01 of 1 January 1970 in units of 100 nanoseconds since 1601.
+  const std::string time("\x80\x16\xD7\xD5\xDE\xB1\x9D\x01", 8);
+  const std::string second("\x80\x96\x98\x00\x00\x00\x00\x00", 8);
+  std::string version4 = head + zero;
+  version4[2] = version4[4] = '\4';
+  version4[8] = '\x51';
+  std::string noTime = head;
+  noTime[8] = '\1';
+  struct Case {
+    std::string before;
+    std::string after;
+  };
+  const Case cases[] = {
+      {head + zero, head + time},
+      {head + zero + zero, head + time + zero},
+      {std::string("0x20\0\0", 6) + head.substr(2, 6) + head.substr(8) + zero,
+       std::string("0x20\0\0", 6) + head.substr(2, 6) + head.substr(8) + time},
+      {version4 + zero, version4 + time},
+      {noTime + second, noTime + second},
+      {head.substr(0, 12) + std::string(8, '\0'), head.substr(0, 12) + std::string(8, '\0')},
+      {"0x20", "0x20"},
+  };
+  for (const Case& c : cases) {
+    if (setxattr(path.c_str(), "user.DOSATTRIB", c.before.data(), c.before.size(), 0) != 0) {
+      GTEST_SKIP() << "the file system keeps no extended attributes";
+    }
+    EXPECT_TRUE(stamp({1970, 1, 0, 1, 0, 0, 1}).isSuccess());
+    char value[256];
+    const auto got = getxattr(path.c_str(), "user.DOSATTRIB", value, sizeof value);
+    EXPECT_EQ(std::string(value, static_cast<std::size_t>(got)), c.after);
+    EXPECT_EQ(stamped(), "1970-01-01 00:00:01");
+  }
+}
+
+}  // namespace
+}  // namespace veltgeneral

@@ -1,0 +1,195 @@
+// Record files of both layouts, what they refuse, and files that nobody could read whole.
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <limits>
+
+#include "support/results.h"
+#include "support/temporary_folder.h"
+#include "veltgeneral/file_utility.h"
+
+namespace veltgeneral {
+namespace {
+
+using test::failure;
+using test::fields;
+
+const auto kRead = std::tuple(0, "Operazione eseguita correttamente", 3, "ooReadFile",
+                              "FileUtility", "VELTGENERAL", "");
+
+// "record N" filled with blanks, for N from 1 on.
+std::string records(int count, std::size_t length = 20) {
+  std::string all;
+  for (int i = 1; i <= count; ++i) {
+    std::string record = "record " + std::to_string(i);
+    record.resize(length, ' ');
+    all += record + "\r\n";
+  }
+  return all;
+}
+
+Text record(int number) { return fromUtf8("record " + std::to_string(number)); }
+
+class RecordFile : public ::testing::Test {
+ protected:
+  ErrInfo read(std::int16_t length, std::int32_t first, std::int16_t& count,
+               const std::string& name = "file") {
+    return FileUtility().ooReadFile(folder_.text(name), length, first, count, list_);
+  }
+
+  test::TemporaryFolder folder_;
+  TextArray list_{Bounds{0, 10}};
+};
+
+TEST_F(RecordFile, TheRecordsThereAreAreRead) {
+  struct Case {
+    std::int32_t first;
+    std::int16_t wanted;
+    std::int16_t count;
+  };
+  constexpr std::int32_t kGreatest = std::numeric_limits<std::int32_t>::max();
+  const Case cases[] = {
+      {1, 4, 4}, {1, 1, 1},   {3, 10, 2}, {4, 1, 1}, {5, 1, 0}, {6, 1, 0}, {kGreatest, 32767, 0},
+      {1, 0, 0}, {1, -5, -5}, {9, -2, 0}};
+  for (const bool lastBreak : {true, false}) {
+    folder_.put("file", records(4).substr(0, lastBreak ? 88 : 86));
+    for (const Case& c : cases) {
+      SCOPED_TRACE(::testing::Message() << c.first << ", " << c.wanted);
+      list_ = TextArray(Bounds{0, 10});
+      list_.set(0, u"mine");
+      list_.set(c.count < 0 ? 1 : c.count + 1, u"mine");
+      std::int16_t count = c.wanted;
+      EXPECT_EQ(fields(read(20, c.first, count)), kRead);
+      EXPECT_EQ(count, c.count);
+      for (int i = 1; i <= c.count; ++i) EXPECT_EQ(list_.at(i), record(c.first + i - 1));
+      EXPECT_EQ(list_.at(0), u"mine");
+      EXPECT_EQ(list_.at(c.count < 0 ? 1 : c.count + 1), u"mine");
+    }
+  }
+}
+
+TEST_F(RecordFile, EveryAcceptedLengthAcrossChunks) {
+  constexpr std::int16_t kLengths[] = {20, 25, 125, 150, 160, 207, 247, 400, 450, 962, 970};
+  for (const std::int16_t length : kLengths) {
+    folder_.put("file", records(5000, static_cast<std::size_t>(length)));
+    list_ = TextArray(Bounds{1, 4999});
+    std::int16_t count = 32767;
+    EXPECT_EQ(fields(read(length, 2, count)), kRead);
+    EXPECT_EQ(count, 4999);
+    int wrong = 0;
+    for (int i = 1; i <= 4999; ++i) wrong += list_.at(i) == record(i + 1) ? 0 : 1;
+    EXPECT_EQ(wrong, 0) << length;
+  }
+}
+
+TEST_F(RecordFile, RecordsAreCleaned) {
+  folder_.put("file", "a\x80z\x01\x92\xE8\t\r\n           \r\n" + std::string(20, ' '));
+  std::int16_t count = 2;
+  EXPECT_EQ(fields(read(20, 1, count)), kRead);
+  EXPECT_EQ(list_.at(1), u"a z \u2019\u00E8\t\r\n");
+  EXPECT_EQ(list_.at(2), u" ");
+}
+
+TEST_F(RecordFile, RefusalsInTheirOrder) {
+  folder_.put("file", records(3));
+  folder_.put("65", std::string(65, ' '));
+  folder_.put("64", std::string(64, ' '));
+  std::filesystem::create_directory(folder_.path() / "folder");
+  constexpr std::int16_t kGreatest = std::numeric_limits<std::int16_t>::max();
+  struct Case {
+    const char* name;
+    std::int16_t length;
+    int number;
+    const char* message;
+  };
+  const Case cases[] = {
+      {"65", 20, eiABORTED, "File length [65] not compatible with string length[20]"},
+      {"65", 21, eiABORTED, "File length [65] not compatible with string length[21]"},
+      {"64", 30, eiABORTED, "Lenght string not supported[30] supported type are: 20, 25"},
+      {"64", 62, eiABORTED, "Lenght string not supported[62] supported type are: 20, 25"},
+      {"64", -1, eiABORTED, "Lenght string not supported[-1] supported type are: 20, 25"},
+      {"64", -2, 11, "Division by zero"},
+      {"64", -3, eiABORTED, "Lenght string not supported[-3] supported type are: 20, 25"},
+      {"64", kGreatest, 6, "Overflow"},
+      {"64", kGreatest - 1, 6, "Overflow"},
+      {"64", kGreatest - 2, eiABORTED, "File length [64] not compatible with string length[32765]"},
+      {"none", kGreatest, 53, "File not found"},
+      {"none/file", 20, 76, "Path not found"},
+      {"folder", 20, 75, "Path/File access error"},
+  };
+  list_.set(1, u"mine");
+  for (const Case& c : cases) {
+    SCOPED_TRACE(::testing::Message() << c.name << ", " << c.length);
+    std::int16_t count = 7;
+    EXPECT_EQ(fields(read(c.length, 1, count, c.name)),
+              failure(c.number, c.message, "ooReadFile", "FileUtility"));
+    EXPECT_EQ(count, 7);
+    EXPECT_EQ(list_.at(1), u"mine");
+  }
+  if (geteuid() == 0) return;  // nothing is denied to root
+  std::filesystem::permissions(folder_.file("file"), std::filesystem::perms::none);
+  std::int16_t count = 7;
+  EXPECT_EQ(read(19, 1, count).numberInfo(), eiABORTED);
+  EXPECT_EQ(read(20, 1, count).numberInfo(), 70);
+}
+
+TEST_F(RecordFile, RecordsBelowTheFirst) {
+  folder_.put("file", records(4));
+  struct Case {
+    std::int32_t first;
+    std::int16_t wanted;
+    std::int16_t count;
+  };
+  for (const Case& c : {Case{0, 10, 5}, Case{-2, 3, 3}, Case{-2, 20, 7},
+                        Case{std::numeric_limits<std::int32_t>::min(), 1, 1}}) {
+    std::int16_t count = c.wanted;
+    EXPECT_EQ(fields(read(20, c.first, count)),
+              failure(63, "Bad record number", "ooReadFile", "FileUtility"));
+    EXPECT_EQ(count, c.count);
+    EXPECT_EQ(list_.at(1), u"");
+  }
+  std::int16_t none = 0;
+  EXPECT_EQ(fields(read(20, 0, none)), kRead);
+}
+
+TEST_F(RecordFile, AListTooShortKeepsWhatItGot) {
+  folder_.put("file", records(4));
+  for (const std::int32_t upper : {2, 3}) {  // short by more records, and by the last alone
+    list_ = TextArray(Bounds{1, upper});
+    std::int16_t count = 10;
+    EXPECT_EQ(fields(read(20, 1, count)),
+              failure(9, "Subscript out of range", "ooReadFile", "FileUtility"));
+    EXPECT_EQ(count, 4);
+    EXPECT_EQ(list_.at(upper), record(upper));
+  }
+  for (TextArray list : {TextArray(), TextArray(Bounds{2, 9}), TextArray({1, 9}, {1, 9})}) {
+    std::int16_t count = 1;
+    EXPECT_EQ(FileUtility().ooReadFile(folder_.text("file"), 20, 1, count, list).numberInfo(), 9);
+  }
+}
+
+// The file is sparse, of 2 GB and more: beyond what 32 bits count, and beyond the memory allowed.
+TEST_F(RecordFile, TenRecordsOfAHugeFile) {
+  constexpr std::int32_t kRecords = 3'000'000;
+  folder_.put("file", records(10, 970));
+  std::error_code refused;
+  std::filesystem::resize_file(folder_.file("file"), std::uint64_t{972} * kRecords, refused);
+  if (refused) GTEST_SKIP() << "the file system has no room for sparse files";
+  rusage before{};
+  getrusage(RUSAGE_SELF, &before);
+  std::int16_t count = 10;
+  EXPECT_EQ(fields(read(970, 1, count)), kRead);
+  EXPECT_EQ(list_.at(10), record(10));
+  EXPECT_EQ(fields(read(970, kRecords - 3, count)), kRead);
+  EXPECT_EQ(count, 4);
+  EXPECT_EQ(list_.at(4), u" ");
+  rusage after{};
+  getrusage(RUSAGE_SELF, &after);
+  EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 4096);  // KiB
+}
+
+}  // namespace
+}  // namespace veltgeneral

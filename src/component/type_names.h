@@ -5,6 +5,7 @@
 
 #include "veltgeneral/err_info.h"
 #include "veltgeneral/funzioni.h"
+#include "veltgeneral/reporting.h"
 
 namespace veltgeneral {
 
@@ -20,6 +21,8 @@ template <>
 inline constexpr std::string_view kTypeName<Funzioni> = "Funzioni";
 template <>
 inline constexpr std::string_view kTypeName<typeDataBaseEngine> = "typeDataBaseEngine";
+template <>
+inline constexpr std::string_view kTypeName<typeOutputReport> = "typeOutputReport";
 template <>
 inline constexpr std::string_view kTypeName<structError> = "structError";
 

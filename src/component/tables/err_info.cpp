@@ -17,15 +17,19 @@ constexpr Member kRows[] = {
     method<&ErrInfo::getInfo>("getInfo", "lNumberInfo", "sDescriptionInfo", "iTypeInfo",
                               "sLocationInfo", optional("vntClassInfo"), optional("vntProcessInfo"),
                               optional("vntStepInfo")),
+    method<&ErrInfo::runInitialize>("runInitialize"),
     get<&ErrInfo::numberInfo>("numberInfo"),
     get<&ErrInfo::descriptionInfo>("descriptionInfo"),
     get<&ErrInfo::typeInfo>("typeInfo"),
     get<&ErrInfo::locationInfo>("locationInfo"),
     get<&ErrInfo::processInfo>("processInfo"),
     get<&ErrInfo::classInfo>("classInfo"),
+    method<&ErrInfo::getInfoForLogSystem>("getInfoForLogSystem", "sLogPath", "iTrace",
+                                          "lByteSwitch"),
     get<&ErrInfo::stepInfo>("stepInfo"),
     method<&ErrInfo::clear>("clear"),
     method<&ErrInfo::isSuccess>("isSuccess"),
+    method<&ErrInfo::writeLog>("writeLog", optional("sErrLogName")),
 };
 
 }  // namespace

@@ -2,10 +2,13 @@
 // in a file of this folder.
 #pragma once
 
+#include "veltgeneral/c_ini_file.h"
 #include "veltgeneral/component.h"
 #include "veltgeneral/err_info.h"
 #include "veltgeneral/file_utility.h"
 #include "veltgeneral/funzioni.h"
+#include "veltgeneral/registry_utility.h"
+#include "veltgeneral/reporting.h"
 #include "veltgeneral/velt_inet.h"
 
 namespace veltgeneral {
@@ -13,7 +16,8 @@ namespace veltgeneral {
 template <class... C>
 struct ClassList {};
 
-using Classes = ClassList<ErrInfo, FileUtility, Funzioni, VeltInet>;
+using Classes =
+    ClassList<ErrInfo, FileUtility, RegistryUtility, Funzioni, cInifile, VeltInet, Reporting>;
 
 // Name, summary and rows of C.
 template <class C>
@@ -24,8 +28,14 @@ Class describeClass<ErrInfo>();
 template <>
 Class describeClass<FileUtility>();
 template <>
+Class describeClass<RegistryUtility>();
+template <>
 Class describeClass<Funzioni>();
 template <>
+Class describeClass<cInifile>();
+template <>
 Class describeClass<VeltInet>();
+template <>
+Class describeClass<Reporting>();
 
 }  // namespace veltgeneral

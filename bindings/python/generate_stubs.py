@@ -18,7 +18,8 @@ _HEADER = '''\
 
 import datetime
 import decimal
-from typing import Any, Dict, Final, Iterable, Iterator, Literal, Optional, Sequence, Tuple, Union
+from typing import (Any, Callable, Dict, Final, Iterable, Iterator, Literal, Optional, Sequence, Tuple,
+                    Union)
 from typing import overload
 
 class AutomationError(Exception):
@@ -83,6 +84,7 @@ class Object:
 
 def classes() -> Tuple[str, ...]: ...
 def describe(name: str) -> Class: ...
+def set_host_events(hook: Optional[Callable[[], Any]]) -> None: ...
 '''
 
 _NUMBER = "float"

@@ -232,6 +232,17 @@ VELTGENERAL_API void* vg_object_context(const vg_object* object,
 /* A record: an object whose properties are whatever is put into it, empty before that. */
 VELTGENERAL_API vg_object* vg_record_new(void);
 
+/* ---- The host's pending events ---- */
+
+/* Called by long operations of any object (a sort, once a pass), on their thread: it should be
+ * quick. Returns 0, or an error number, with a text of its own set on `raised` if it likes; the
+ * operation then ends with that error. */
+typedef vg_status (*vg_host_events)(void* context, vg_error* raised);
+
+/* For the whole process. NULL goes back to servicing the report form's window where there is one.
+ */
+VELTGENERAL_API vg_status vg_set_host_events(vg_host_events callback, void* context);
+
 /* ---- What the classes look like ---- */
 
 typedef struct vg_type {

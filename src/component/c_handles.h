@@ -35,6 +35,9 @@ vg_status currentStatus() noexcept;
 // The same with its description, stored in `*error` where that is not null.
 vg_status reportCurrent(vg_error** error) noexcept;
 
+// The error that a caller's function answered with.
+[[noreturn]] void throwRaised(vg_status status, const vg_error& raised);
+
 [[noreturn]] inline void raise(RunTime error) { throw RuntimeError(error); }
 
 // Runs `body` for a function without an error argument.

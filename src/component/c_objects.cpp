@@ -41,8 +41,7 @@ class CallbackObject final : public Object {
                                    pointers.data(), pointers.size(), &result, &raised);
     exchange();
     if (status == 0) return std::move(result.variant);
-    throw RuntimeError(status, raised.description.empty() ? Text(standardMessage(status))
-                                                          : fromUtf8(raised.description));
+    throwRaised(status, raised);
   }
 
   bool isMadeOf(const vg_object_callbacks& callbacks) const { return call_ == callbacks.call; }

@@ -41,6 +41,11 @@ vg_status reportCurrent(vg_error** error) noexcept {
   return number;
 }
 
+void throwRaised(vg_status status, const vg_error& raised) {
+  throw RuntimeError(status, raised.description.empty() ? Text(standardMessage(status))
+                                                        : fromUtf8(raised.description));
+}
+
 namespace {
 
 template <class T>

@@ -322,6 +322,61 @@ static void hosts_find_what_was_registered(void) {
   CHECK(system(command) == 0);
 }
 
+typedef struct Events {
+  int calls, fail_at;
+} Events;
+
+static vg_status on_events(void* context, vg_error* raised) {
+  Events* events = context;
+  if (++events->calls < events->fail_at) return 0;
+  vg_error_set(raised, 1234, "that is enough");
+  return 1234;
+}
+
+static int32_t sort_with(vg_value* array, char* description, size_t size) {
+  vg_object* functions = NULL;
+  vg_object* result = NULL;
+  CHECK(vg_create("Funzioni", &functions, NULL) == 0);
+  vg_value* arguments[] = {array, number(1), number(500), number(1), number(5), number(1)};
+  vg_value* answer = vg_value_new();
+  CHECK(vg_call(functions, "quickSortArray", VG_METHOD, arguments, 6, answer, NULL) == 0);
+  CHECK(vg_value_get_object(answer, &result) == 0);
+  int32_t status = -1;
+  const char* text_ = NULL;
+  CHECK(vg_call(result, "numberInfo", VG_PROPERTY_GET, NULL, 0, answer, NULL) == 0);
+  CHECK(vg_value_get_int32(answer, &status) == 0);
+  CHECK(vg_call(result, "descriptionInfo", VG_PROPERTY_GET, NULL, 0, answer, NULL) == 0);
+  CHECK(vg_value_get_utf8(answer, &text_, NULL) == 0);
+  snprintf(description, size, "%s", text_);
+  vg_object_release(result);
+  vg_object_release(functions);
+  free_all(arguments + 1, 5);
+  vg_value_free(answer);
+  return status;
+}
+
+static void host_events_are_served_and_end_a_sort(void) {
+  vg_value* array = vg_value_new();
+  const vg_bounds bounds = {1, 500};
+  char description[64];
+  CHECK(vg_value_set_array(array, 1, &bounds) == 0);
+  for (int32_t i = 1; i <= 500; ++i) {
+    char cell[8];
+    const int length = snprintf(cell, sizeof cell, "%03d", (int)(i * 7 % 500));
+    CHECK(vg_array_set_utf8(array, &i, cell, (size_t)length) == 0);
+  }
+  Events events = {0, 3};
+  CHECK(vg_set_host_events(&on_events, &events) == 0);
+  CHECK(sort_with(array, description, sizeof description) == 1234 && events.calls == 3);
+  CHECK(strcmp(description, "that is enough") == 0);
+  events.fail_at = 1 << 30;
+  CHECK(sort_with(array, description, sizeof description) == 0 && events.calls > 3);
+  const int calls = events.calls;
+  CHECK(vg_set_host_events(NULL, NULL) == 0);
+  CHECK(sort_with(array, description, sizeof description) == 0 && events.calls == calls);
+  vg_value_free(array);
+}
+
 static void null_is_an_error_and_never_a_crash(void) {
   vg_value* value = vg_value_new();
   vg_object* object = NULL;
@@ -376,6 +431,7 @@ int main(void) {
   classes_describe_themselves();
   entry_points_make_and_count_objects();
   hosts_find_what_was_registered();
+  host_events_are_served_and_end_a_sort();
   null_is_an_error_and_never_a_crash();
   return failures == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }

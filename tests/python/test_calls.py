@@ -137,5 +137,50 @@ class Description(unittest.TestCase):
         self.assertIn("FileUtility", veltgeneral.classes())
 
 
+class HostEvents(unittest.TestCase):
+    def setUp(self):
+        self.addCleanup(veltgeneral.set_host_events, None)
+
+    def sort(self):
+        texts = [f"{i * 7919 % 1000:04}" for i in range(1000)]
+        result, array = CreateObject("Funzioni").quickSortArray(TextArray.of(texts), 1, 1000, 1, 4, True)
+        return result, list(array) == sorted(texts)
+
+    def test_a_sort_serves_them_until_told_otherwise(self):
+        calls = []
+        veltgeneral.set_host_events(lambda: calls.append(CreateObject("ErrInfo").isSuccess()))
+        result, is_sorted = self.sort()
+        self.assertTrue(result.isSuccess() and is_sorted and len(calls) > 100 and all(calls))
+        served = len(calls)
+        veltgeneral.set_host_events(None)
+        self.sort()
+        self.assertEqual(len(calls), served)
+
+    def test_a_hook_may_take_itself_away(self):
+        calls = []
+        veltgeneral.set_host_events(
+            lambda: (calls.append(1), veltgeneral.set_host_events(None)))
+        self.assertTrue(self.sort()[1])
+        self.assertEqual(len(calls), 1)
+
+    def test_an_exception_ends_the_sort(self):
+        for error, number in ((AutomationError(77, "enough"), 77), (KeyError("enough"), 438),
+                              (ValueError("enough"), 440)):
+            def hook():
+                raise error
+            veltgeneral.set_host_events(hook)
+            result, is_sorted = self.sort()
+            self.assertEqual((result.numberInfo, result.typeInfo, result.locationInfo, is_sorted),
+                             (number, 1, "quickSortArray", False))
+            self.assertIn("enough", result.descriptionInfo)
+
+    def test_an_interrupt_belongs_to_the_program(self):
+        def hook():
+            raise KeyboardInterrupt
+        veltgeneral.set_host_events(hook)
+        with self.assertRaises(KeyboardInterrupt):
+            self.sort()
+
+
 if __name__ == "__main__":
     unittest.main()

@@ -16,8 +16,8 @@ package, else the system's.
 
 from ._describe import classes, describe
 from ._kinds import AutomationError, Currency, Date, Empty, Int16, Missing, Single
-from ._objects import CreateObject, Object
+from ._objects import CreateObject, Object, set_host_events
 from ._text_array import TextArray
 
 __all__ = ["AutomationError", "CreateObject", "Currency", "Date", "Empty", "Int16", "Missing",
-           "Object", "Single", "TextArray", "classes", "describe"]
+           "Object", "Single", "TextArray", "classes", "describe", "set_host_events"]

@@ -36,6 +36,7 @@ class Parameter(Structure):
 
 CALL = CFUNCTYPE(c_int32, c_void_p, c_char_p, c_int, POINTER(c_void_p), c_size_t, c_void_p, c_void_p)
 RELEASED = CFUNCTYPE(None, c_void_p)
+HOST_EVENTS = CFUNCTYPE(c_int32, c_void_p, c_void_p)
 
 
 class Callbacks(Structure):
@@ -142,6 +143,7 @@ def _declare(library: ctypes.CDLL) -> ctypes.CDLL:
         "vg_invoke": (c_int32, call),
         "vg_object_new": (handle, [POINTER(Callbacks), handle]),
         "vg_object_context": (handle, [handle, POINTER(Callbacks)]),
+        "vg_set_host_events": (c_int32, [HOST_EVENTS, handle]),
         "vg_class_count": (size, []),
         "vg_class_at": (handle, [size]),
         "vg_class_find": (handle, [text]),

@@ -238,11 +238,10 @@ def _call_python(target: Any, name: str, kind: int, arguments: List[Any]) -> Any
     return member
 
 
-def _called(context: int, name: bytes, kind: int, arguments: Any, count: int, result: int,
-            raised: int) -> int:
+def _reported(raised: int, action: Callable[[], Any]) -> int:
+    """Runs what the library called; its exception becomes the error that the library is given."""
     try:
-        values = [fetch(arguments[i]) for i in range(count)]
-        store(result, _call_python(_wrapped[context], name.decode(), kind, values))
+        action()
         return 0
     except AutomationError as error:
         number, text, cause = error.number or 440, error.description, error
@@ -252,6 +251,14 @@ def _called(context: int, name: bytes, kind: int, arguments: Any, count: int, re
     _state.raised = (number, cause)
     library.vg_error_set(raised, number, text.encode("utf-8", "replace") if text else None)
     return number
+
+
+def _called(context: int, name: bytes, kind: int, arguments: Any, count: int, result: int,
+            raised: int) -> int:
+    def action() -> None:
+        values = [fetch(arguments[i]) for i in range(count)]
+        store(result, _call_python(_wrapped[context], name.decode(), kind, values))
+    return _reported(raised, action)
 
 
 def _released(context: int) -> None:
@@ -269,6 +276,29 @@ def _wrap(target: Any) -> int:
         del _wrapped[context]
         raise MemoryError
     return made
+
+
+# ---- The host's pending events ----
+
+_hook: Optional[Callable[[], Any]] = None
+
+
+def _events_called(_: Optional[int], raised: int) -> int:
+    hook = _hook
+    return 0 if hook is None else _reported(raised, hook)
+
+
+_HOST_EVENTS = c.HOST_EVENTS(_events_called)
+
+
+def set_host_events(hook: Optional[Callable[[], Any]]) -> None:
+    """Has long operations of the whole process call `hook` while they work; None ends that.
+
+    An exception that it raises ends the operation, whose result then says so.
+    """
+    global _hook
+    _hook = hook
+    _check(library.vg_set_host_events(c.HOST_EVENTS() if hook is None else _HOST_EVENTS, None))
 
 
 # ---- Calls ----

@@ -2,6 +2,7 @@
 #include <bitset>
 
 #include "automation/code_page.h"
+#include "convert/only_ascii.h"
 #include "convert/replacements.h"
 #include "convert/report.h"
 #include "veltgeneral/funzioni.h"
@@ -107,7 +108,22 @@ ErrInfo normalised(TextView location, const Rule& rule, TextView text, Text& out
   });
 }
 
+const AsciiRule& asciiRule() {
+  static const AsciiRule rule(systemCodePage());
+  return rule;
+}
+
 }  // namespace
+
+TextView onlyAscii(TextView text, Text& room) {
+  const AsciiRule& rule = asciiRule();
+  if (text.size() <= kGreatestCounted && firstReplaced(rule, text) == text.size()) {
+    const TextView trimmed = trimRight(text);
+    if (!trimmed.empty()) return trimmed;
+  }
+  rewrite(rule, text, room);
+  return room;
+}
 
 ErrInfo Funzioni::normStringForDb(TextView sStringa, Text& sStringaOut) const {
   return normalised(u"normStringForDb", DatabaseRule(), sStringa, sStringaOut);
@@ -119,8 +135,7 @@ ErrInfo Funzioni::normStringNoCRLF(TextView sStringa, Text& sStringaOut) const {
 
 ErrInfo Funzioni::normStringOnlyAscii(TextView sStringa, Text& sStringaOut) const {
   return reportedAt(u"normStringOnlyAscii", [&] {
-    static const AsciiRule rule(systemCodePage());
-    rewrite(rule, sStringa, sStringaOut);
+    rewrite(asciiRule(), sStringa, sStringaOut);
     return doneAt(u"normStringOnlyAscii");
   });
 }

@@ -7,6 +7,7 @@
 
 #include "automation/code_page.h"
 #include "automation/coerce.h"
+#include "convert/only_ascii.h"
 #include "files/file_result.h"
 #include "platform/files.h"
 #include "platform/paths.h"
@@ -45,18 +46,17 @@ std::int16_t clamped(std::int16_t wanted, std::int32_t first, std::int64_t recor
   return static_cast<std::int16_t>(std::max<std::int64_t>(records - first + 1, 0));
 }
 
-// Reads the records a chunk at a time and stores each as soon as it is clean. Returns the cleaner's
-// failure, or nothing.
-std::optional<ErrInfo> readRecords(platform::FileHandle& file, std::size_t length,
-                                   std::int32_t first, std::int32_t count, TextArray& list) {
-  if (count <= 0) return std::nullopt;
+// Reads the records a chunk at a time and stores each as soon as it is clean.
+void readRecords(platform::FileHandle& file, std::size_t length, std::int32_t first,
+                 std::int32_t count, TextArray& list) {
+  if (count <= 0) return;
   if (first < 1) throw RuntimeError(RunTime::badRecordNumber);
-  const Funzioni cleaner;
+  const Funzioni created;  // whose making every caller sees in the decimal separator
   const std::size_t stride = length + kLineBreak;
   std::array<std::uint8_t, kChunk> bytes;
   std::array<char16_t, kChunk> characters;
   std::uint64_t offset = (static_cast<std::uint64_t>(first) - 1) * stride;
-  Text cleaned;
+  Text room;
   for (std::int32_t stored = 0; stored < count;) {
     const std::size_t records = std::min(kChunk / stride, static_cast<std::size_t>(count - stored));
     const std::size_t got = file.readAt(offset, std::span(bytes).first(records * stride));
@@ -66,12 +66,9 @@ std::optional<ErrInfo> readRecords(platform::FileHandle& file, std::size_t lengt
       // The file has become shorter; only a line break may be missing.
       if (record * stride + length > got) throw RuntimeError(RunTime::inputPastEnd);
       const TextView text(characters.data() + record * stride, length);
-      ErrInfo result = cleaner.normStringOnlyAscii(text, cleaned);
-      if (!result.isSuccess()) return result;
-      list.set(++stored, cleaned);
+      list.set(++stored, onlyAscii(text, room));
     }
   }
-  return std::nullopt;
 }
 
 }  // namespace
@@ -94,9 +91,8 @@ ErrInfo FileUtility::ooReadFile(TextView sFlLename, std::int16_t iObjectLen,
     }
     auto file = platform::FileHandle::openForReading(path);
     iNumObject = clamped(iNumObject, lStartPosition, *records);
-    auto failure =
-        readRecords(file, static_cast<std::size_t>(iObjectLen), lStartPosition, iNumObject, sOList);
-    return failure ? *std::move(failure) : fileDone(kLocation);
+    readRecords(file, static_cast<std::size_t>(iObjectLen), lStartPosition, iNumObject, sOList);
+    return fileDone(kLocation);
   });
 }
 

@@ -15,6 +15,8 @@
 #include <span>
 #include <string_view>
 
+#include "veltgeneral/export.h"
+
 namespace veltgeneral::platform {
 
 // How an URL is opened: a sum of these.
@@ -85,6 +87,6 @@ class Internet {
 
 // The process's one; null where its module cannot be opened (tried again by the next call). Loading
 // the HTTP library costs some milliseconds, which only the first caller pays.
-Internet* internet() noexcept;
+VELTGENERAL_API Internet* internet() noexcept;
 
 }  // namespace veltgeneral::platform

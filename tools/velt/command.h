@@ -32,6 +32,7 @@ void addClasses(CLI::App& program, Action& action);
 void addDescribe(CLI::App& program, Action& action);
 void addCall(CLI::App& program, Action& action);
 void addDoctor(CLI::App& program, Action& action);
+void addFetch(CLI::App& program, Action& action);
 void addRegistry(CLI::App& program, Action& action);
 void addIni(CLI::App& program, Action& action);
 void addRegister(CLI::App& program, Action& action);

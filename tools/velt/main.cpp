@@ -27,6 +27,7 @@ void build(CLI::App& program, Action& action) {
   addDescribe(program, action);
   addCall(program, action);
   addDoctor(program, action);
+  addFetch(program, action);
   addRegistry(program, action);
   addIni(program, action);
   addRegister(program, action);

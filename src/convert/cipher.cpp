@@ -1,9 +1,9 @@
 // A fixed shift of code page bytes. It hides a text from a glance, and from nothing else.
 #include <algorithm>
-#include <array>
 
 #include "automation/code_page.h"
 #include "convert/report.h"
+#include "platform/unit_scan.h"
 #include "veltgeneral/funzioni.h"
 #include "veltgeneral/runtime_error.h"
 
@@ -21,22 +21,6 @@ bool holdsAscii(const CodePage& page) {
   return true;
 }
 
-// Shifts characters that are their own codes, before and after; false, with nothing changed, where
-// there are others. Both loops become vector instructions.
-template <int By>
-bool shiftAscii(char16_t* text, std::size_t count) noexcept {
-  constexpr char16_t kFirst = By < 0 ? -By : 0;
-  constexpr char16_t kCount = kAsciiEnd - kShift;
-  char16_t others = 0;
-  for (std::size_t i = 0; i < count; ++i) {
-    const bool other = static_cast<char16_t>(text[i] - kFirst) >= kCount;
-    others = static_cast<char16_t>(others | static_cast<char16_t>(other));
-  }
-  if (others != 0) return false;
-  for (std::size_t i = 0; i < count; ++i) text[i] = static_cast<char16_t>(text[i] + By);
-  return true;
-}
-
 template <int By>
 void shiftCodes(const CodePage& page, char16_t* text, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) {
@@ -47,28 +31,36 @@ void shiftCodes(const CodePage& page, char16_t* text, std::size_t count) {
 }
 
 template <int By>
-ErrInfo shifted(TextView location, TextView text, Text& out) {
-  return reportedAt(location, [&] {
+ErrInfo shifted(const ErrInfo& done, TextView text, Text& out) {
+  return reportedAt(done.locationInfo(), [&] {
     const CodePage& page = systemCodePage();
-    static const bool ascii = holdsAscii(page);
+    static const bool kAscii = holdsAscii(page);
     Text built(text);
-    for (std::size_t at = 0; at < built.size(); at += kBlock) {
+    for (std::size_t at = 0; at < built.size();) {
+      // Characters that are their own codes, before and after.
+      if (kAscii) {
+        at += platform::shiftUnits(&built[at], built.size() - at, By < 0 ? -By : 0,
+                                   kAsciiEnd - kShift, static_cast<char16_t>(By));
+      }
       const std::size_t count = std::min(kBlock, built.size() - at);
-      if (!ascii || !shiftAscii<By>(&built[at], count)) shiftCodes<By>(page, &built[at], count);
+      shiftCodes<By>(page, &built[at], count);
+      at += count;
     }
     out = std::move(built);
-    return doneAt(location);
+    return done;
   });
 }
 
 }  // namespace
 
 ErrInfo Funzioni::simpleEncrypt(TextView sToEncrypt, Text& sEncrypted) const {
-  return shifted<kShift>(u"simpleEncrypt", sToEncrypt, sEncrypted);
+  static const ErrInfo kDone = doneAt(u"simpleEncrypt");
+  return shifted<kShift>(kDone, sToEncrypt, sEncrypted);
 }
 
 ErrInfo Funzioni::simpleDecrypt(TextView sToDecrypt, Text& sDecrypted) const {
-  return shifted<-kShift>(u"simpleDecrypt", sToDecrypt, sDecrypted);
+  static const ErrInfo kDone = doneAt(u"simpleDecrypt");
+  return shifted<-kShift>(kDone, sToDecrypt, sDecrypted);
 }
 
 }  // namespace veltgeneral

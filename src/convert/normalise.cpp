@@ -15,109 +15,123 @@ struct Replaced {
   std::uint8_t row;
 };
 
-// Characters below 256 and the rows that replace them.
-class RowTable {
+// Fixed replacements of characters below 256.
+class TableRule {
  public:
-  constexpr RowTable(std::initializer_list<Replaced> all) {
-    for (const Replaced& each : all) rows_[each.character] = each.row;
+  static constexpr bool kBlanks = false;
+
+  TableRule(std::initializer_list<Replaced> rows, const ReplacementTexts& texts) : texts_(texts) {
+    std::bitset<256> members;
+    for (const Replaced& each : rows) {
+      rows_[each.character] = each.row;
+      members.set(each.character);
+    }
+    suspects_ = platform::UnitSet(members);
   }
-  constexpr std::size_t operator[](char16_t c) const { return c < rows_.size() ? rows_[c] : 0; }
+
+  const platform::UnitSet& suspects() const { return suspects_; }
+  std::size_t row(char16_t c) const { return c < rows_.size() ? rows_[c] : 0; }
+  const ReplacementTexts& texts() const { return texts_; }
 
  private:
   std::array<std::uint8_t, 256> rows_{};
+  ReplacementTexts texts_;
+  platform::UnitSet suspects_{{}};
 };
 
-struct DatabaseRule {
-  static constexpr RowTable kRows{{u'\'', 1}, {u'`', 2}, {u'\r', 2}, {u'\n', 2}};
-  static constexpr ReplacementTexts kTexts{u"''", u" "};
-  static bool suspect(char16_t c) {
-    return (c == u'\'') | (c == u'`') | (c == u'\r') | (c == u'\n');
-  }
-  static std::size_t row(char16_t c) { return kRows[c]; }
-  static const ReplacementTexts& texts() { return kTexts; }
-};
-
-struct LineEndRule {
-  static constexpr ReplacementTexts kTexts{u" "};
-  static bool suspect(char16_t c) { return (c == u'\r') | (c == u'\n'); }
-  static std::size_t row(char16_t c) { return suspect(c) ? 1 : 0; }
-  static const ReplacementTexts& texts() { return kTexts; }
-};
-
-struct ApostropheRule {
-  static constexpr ReplacementTexts kTexts{u"''"};
-  static bool suspect(char16_t c) { return c == u'\''; }
-  static std::size_t row(char16_t c) { return suspect(c) ? 1 : 0; }
-  static const ReplacementTexts& texts() { return kTexts; }
-};
-
-struct XmlRule {
-  static constexpr RowTable kRows{{u'&', 1}, {u'è', 2}, {u'é', 2}, {u'à', 3}, {u'ù', 4},
-                                  {u'ò', 5}, {u'ì', 6}, {u'<', 7}, {u'>', 8}, {u'\'', 9}};
-  static constexpr ReplacementTexts kTexts{u"&amp;", u"e`",   u"a`",   u"u`", u"o`",
-                                           u"i`",    u"&lt;", u"&gt;", u"`"};
-  // Pairs that differ in one bit, and all letters from à on.
-  static bool suspect(char16_t c) {
-    return ((c | 1) == u'\'') | ((c | 2) == u'>') | ((c & 0xFFE0) == u'à');
-  }
-  static std::size_t row(char16_t c) { return kRows[c]; }
-  static const ReplacementTexts& texts() { return kTexts; }
-};
-
-// Judges codes of the code page. A character that the page does not have counts as "?" and stays.
-class AsciiRule {
- public:
-  explicit AsciiRule(const CodePage& page) {
-    for (std::size_t code = 0; code < 256; ++code) {
-      const char16_t character = page.character(static_cast<std::uint8_t>(code));
-      const bool own = page.byte(character) == code;
-      if (own && goes(code)) blanked_.set(character);
-    }
-    for (std::size_t c = 0xA0; c < 256; ++c) latinStays_ = latinStays_ && !blanked_[c];
-    for (std::size_t c = u' '; c < 127; ++c) printableStays_ = printableStays_ && !blanked_[c];
-  }
-
-  bool suspect(char16_t c) const {
-    const bool printable = printableStays_ & (static_cast<char16_t>(c - u' ') < 95);
-    const bool latin = latinStays_ & (static_cast<char16_t>(c - 0xA0) < 96);
-    return !(printable | latin);
-  }
-  std::size_t row(char16_t c) const { return blanked_[c] ? 1 : 0; }
-  static const ReplacementTexts& texts() { return kTexts; }
-
- private:
-  static constexpr ReplacementTexts kTexts{u" "};
-
-  static constexpr bool goes(std::size_t code) {
-    const auto within = [code](std::size_t first, std::size_t last) {
-      return code >= first && code <= last;
-    };
-    return within(0, 7) || within(11, 12) || within(14, 31) || within(127, 144) || within(147, 159);
-  }
-
-  std::bitset<65536> blanked_;
-  bool latinStays_ = true;
-  bool printableStays_ = true;
-};
-
-template <class Rule>
-ErrInfo normalised(TextView location, const Rule& rule, TextView text, Text& out) {
-  return reportedAt(location, [&] {
-    rewrite(rule, text, out);
-    return doneAt(location);
-  });
+const TableRule& databaseRule() {
+  static const TableRule kRule({{u'\'', 1}, {u'`', 2}, {u'\r', 2}, {u'\n', 2}}, {u"''", u" "});
+  return kRule;
 }
 
-const AsciiRule& asciiRule() {
-  static const AsciiRule rule(systemCodePage());
-  return rule;
+const TableRule& apostropheRule() {
+  static const TableRule kRule({{u'\'', 1}}, {u"''"});
+  return kRule;
+}
+
+const TableRule& xmlRule() {
+  static const TableRule kRule(
+      {{u'&', 1},
+       {u'è', 2},
+       {u'é', 2},
+       {u'à', 3},
+       {u'ù', 4},
+       {u'ò', 5},
+       {u'ì', 6},
+       {u'<', 7},
+       {u'>', 8},
+       {u'\'', 9}},
+      {u"&amp;", u"e`", u"a`", u"u`", u"o`", u"i`", u"&lt;", u"&gt;", u"`"});
+  return kRule;
+}
+
+// Characters that become blanks.
+class BlankRule {
+ public:
+  static constexpr bool kBlanks = true;
+
+  explicit BlankRule(const std::bitset<65536>& blanked) : blanked_(blanked) {
+    std::bitset<256> members;
+    for (std::size_t c = 0; c < blanked.size(); ++c) {
+      // What the scan cannot tell apart it shall stop at.
+      if (blanked[c]) members.set(c > 0x7FFF ? 0 : std::min<std::size_t>(c, 255));
+    }
+    suspects_ = platform::UnitSet(members);
+    exact_ = !members[0] && !members[255];
+    for (unsigned c = 0; c < 256; ++c) {
+      exact_ = exact_ && suspects_.has(static_cast<std::uint8_t>(c)) == blanked[c];
+    }
+  }
+
+  const platform::UnitSet& suspects() const { return suspects_; }
+  bool exact() const { return exact_; }
+  std::size_t row(char16_t c) const { return blanked_[c] ? 1 : 0; }
+
+ private:
+  std::bitset<65536> blanked_;
+  bool exact_ = false;
+  platform::UnitSet suspects_{{}};
+};
+
+const BlankRule& lineEndRule() {
+  static const BlankRule kRule(std::bitset<65536>().set(u'\r').set(u'\n'));
+  return kRule;
+}
+
+constexpr bool goesFromAscii(unsigned code) {
+  const auto within = [code](unsigned first, unsigned last) {
+    return code >= first && code <= last;
+  };
+  return within(0, 7) || within(11, 12) || within(14, 31) || within(127, 144) || within(147, 159);
+}
+
+// Judges codes of the code page. A character that the page does not have counts as "?" and stays.
+const BlankRule& asciiRule() {
+  static const BlankRule kRule([] {
+    const CodePage& page = systemCodePage();
+    std::bitset<65536> blanked;
+    for (unsigned code = 0; code < 256; ++code) {
+      const char16_t character = page.character(static_cast<std::uint8_t>(code));
+      if (page.byte(character) == code && goesFromAscii(code)) blanked.set(character);
+    }
+    return blanked;
+  }());
+  return kRule;
+}
+
+template <class Rule>
+ErrInfo normalised(const ErrInfo& done, const Rule& (*rule)(), TextView text, Text& out) {
+  return reportedAt(done.locationInfo(), [&] {
+    rewrite(rule(), text, out);
+    return done;
+  });
 }
 
 }  // namespace
 
 TextView onlyAscii(TextView text, Text& room) {
-  const AsciiRule& rule = asciiRule();
-  if (text.size() <= kGreatestCounted && firstReplaced(rule, text) == text.size()) {
+  const BlankRule& rule = asciiRule();
+  if (text.size() <= kGreatestCounted && staysWhole(rule, text)) {
     const TextView trimmed = trimRight(text);
     if (!trimmed.empty()) return trimmed;
   }
@@ -126,26 +140,28 @@ TextView onlyAscii(TextView text, Text& room) {
 }
 
 ErrInfo Funzioni::normStringForDb(TextView sStringa, Text& sStringaOut) const {
-  return normalised(u"normStringForDb", DatabaseRule(), sStringa, sStringaOut);
+  static const ErrInfo kDone = doneAt(u"normStringForDb");
+  return normalised(kDone, &databaseRule, sStringa, sStringaOut);
 }
 
 ErrInfo Funzioni::normStringNoCRLF(TextView sStringa, Text& sStringaOut) const {
-  return normalised(u"normStringNoCRLF", LineEndRule(), sStringa, sStringaOut);
+  static const ErrInfo kDone = doneAt(u"normStringNoCRLF");
+  return normalised(kDone, &lineEndRule, sStringa, sStringaOut);
 }
 
 ErrInfo Funzioni::normStringOnlyAscii(TextView sStringa, Text& sStringaOut) const {
-  return reportedAt(u"normStringOnlyAscii", [&] {
-    rewrite(asciiRule(), sStringa, sStringaOut);
-    return doneAt(u"normStringOnlyAscii");
-  });
+  static const ErrInfo kDone = doneAt(u"normStringOnlyAscii");
+  return normalised(kDone, &asciiRule, sStringa, sStringaOut);
 }
 
 ErrInfo Funzioni::normStringOnlyApice(TextView sStringa, Text& sStringaOut) const {
-  return normalised(u"normStringOnlyApice", ApostropheRule(), sStringa, sStringaOut);
+  static const ErrInfo kDone = doneAt(u"normStringOnlyApice");
+  return normalised(kDone, &apostropheRule, sStringa, sStringaOut);
 }
 
 ErrInfo Funzioni::normStringForXML(TextView sStringa, Text& sStringaOut) const {
-  return normalised(u"normStringForXML", XmlRule(), sStringa, sStringaOut);
+  static const ErrInfo kDone = doneAt(u"normStringForXML");
+  return normalised(kDone, &xmlRule, sStringa, sStringaOut);
 }
 
 ErrInfo Funzioni::normStringOnlyApiceWithNull(const Variant& vntStringa,

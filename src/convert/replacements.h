@@ -1,9 +1,9 @@
-// Rewriting a text character by character: each one that a table names becomes a short text, all
+// Rewriting a text character by character: each one that a rule names becomes a short text, all
 // others stay, and blanks at the end go.
 //
-// Most texts hold little that is replaced. So each block of characters is first looked at as a
-// whole, by a test that may name too many and that the compiler turns into vector instructions; a
-// block without suspects is copied as it is.
+// A rule has `suspects()`, a set that holds at least all characters that are replaced, as the scan
+// of platform/unit_scan.h counts them, and `row(c)`, the row of `texts()` for a character, 0 for
+// one that stays. A rule that only puts blanks has kBlanks, and is `exact()` where all suspects go.
 #pragma once
 
 #include <algorithm>
@@ -13,12 +13,13 @@
 
 #include "automation/coerce.h"
 #include "automation/text_limit.h"
+#include "platform/unit_scan.h"
 #include "veltgeneral/runtime_error.h"
 #include "veltgeneral/text.h"
 
 namespace veltgeneral {
 
-// Row 0 stands for the character itself.
+// Row 0 is no text: it stands for the character itself.
 class ReplacementTexts {
  public:
   static constexpr std::size_t kLongest = 5;
@@ -45,50 +46,100 @@ class ReplacementTexts {
   std::array<std::uint8_t, kRows> sizes_{1};
 };
 
-inline constexpr std::size_t kReplaceBlock = 64;
-
-template <class Rule>
-bool hasSuspect(const Rule& rule, const char16_t* text, std::size_t count) noexcept {
-  char16_t found = 0;
-  for (std::size_t i = 0; i < count; ++i) {
-    found = static_cast<char16_t>(found | static_cast<char16_t>(rule.suspect(text[i])));
+// Copies the units from `from` to `to`, eight at a time as long as the text, which ends at `end`,
+// has them. Returns the place behind the last; up to seven units more are overwritten.
+inline char16_t* copyRun(char16_t* out, const char16_t* from, const char16_t* to,
+                         const char16_t* end) noexcept {
+  constexpr std::ptrdiff_t kStep = 8;
+  for (; from < to && end - from >= kStep; from += kStep, out += kStep) {
+    std::memcpy(out, from, kStep * sizeof *from);
   }
-  return found != 0;
+  if (from < to) return std::copy(from, to, out);
+  return out - (from - to);
 }
 
-// A known count saves the compiler the loop around its vectors.
+// Rewrites pieces of at most platform::kScanUnits units.
 template <class Rule>
-bool hasSuspect(const Rule& rule, TextView block) noexcept {
-  if (block.size() == kReplaceBlock) return hasSuspect(rule, block.data(), kReplaceBlock);
-  return hasSuspect(rule, block.data(), block.size());
-}
+class PieceRewriter {
+ public:
+  explicit PieceRewriter(const Rule& rule) noexcept : rule_(rule) {}
 
-// The first character that is replaced, in whole blocks before it none; `text.size()` where there
-// is none.
-template <class Rule>
-std::size_t firstReplaced(const Rule& rule, TextView text) noexcept {
-  for (std::size_t at = 0; at < text.size(); at += kReplaceBlock) {
-    const TextView block = text.substr(at, kReplaceBlock);
-    if (!hasSuspect(rule, block)) continue;
-    const auto found = std::ranges::find_if(block, [&](char16_t c) { return rule.row(c) != 0; });
-    if (found != block.end()) return at + static_cast<std::size_t>(found - block.begin());
-  }
-  return text.size();
-}
-
-template <class Rule>
-void appendReplaced(const Rule& rule, TextView text, Text& out) {
-  std::array<char16_t, kReplaceBlock * ReplacementTexts::kLongest + ReplacementTexts::kRoom> room;
-  for (std::size_t at = 0; at < text.size(); at += kReplaceBlock) {
-    const TextView block = text.substr(at, kReplaceBlock);
-    if (!hasSuspect(rule, block)) {
-      out.append(block);
-      continue;
+  // False where the piece stays as it is; else `result` is the rewritten one.
+  bool rewrite(TextView piece) noexcept {
+    const std::size_t count = platform::findUnits(piece, rule_.suspects(), positions_);
+    if (count == 0) return false;
+    const char16_t* const end = piece.data() + piece.size();
+    const char16_t* from = piece.data();
+    char16_t* out = room_.data();
+    for (std::size_t i = 0; i < count; ++i) {
+      const char16_t* const at = piece.data() + positions_[i];
+      out = copyRun(out, from, at, end);
+      out = rule_.texts().put(out, rule_.row(*at), *at);
+      from = at + 1;
     }
-    char16_t* end = room.data();
-    for (const char16_t c : block) end = rule.texts().put(end, rule.row(c), c);
-    out.append(room.data(), end);
+    size_ = static_cast<std::size_t>(copyRun(out, from, end, end) - room_.data());
+    return true;
   }
+
+  TextView result() const noexcept { return {room_.data(), size_}; }
+
+ private:
+  const Rule& rule_;
+  platform::UnitPositions positions_;
+  std::array<char16_t, platform::kScanUnits * ReplacementTexts::kLongest + ReplacementTexts::kRoom>
+      room_;
+  std::size_t size_ = 0;
+};
+
+template <class Rule>
+void rewriteAll(const Rule& rule, TextView text, Text& out) {
+  PieceRewriter<Rule> pieces(rule);
+  Text built;
+  bool changed = false;
+  for (std::size_t at = 0; at < text.size(); at += platform::kScanUnits) {
+    const TextView piece = text.substr(at, platform::kScanUnits);
+    const bool rewritten = pieces.rewrite(piece);
+    if (rewritten && !changed) {
+      built.reserve(text.size() + text.size() / 4);
+      built.append(text.substr(0, at));
+      changed = true;
+    }
+    if (changed) built.append(rewritten ? pieces.result() : piece);
+  }
+  if (changed) {
+    out = std::move(built);
+  } else {
+    out.assign(text);
+  }
+}
+
+template <class Rule>
+void blankAll(const Rule& rule, TextView text, Text& out) {
+  out.assign(text);
+  platform::UnitPositions positions;
+  for (std::size_t at = 0; at < out.size(); at += platform::kScanUnits) {
+    const TextView piece = TextView(out).substr(at, platform::kScanUnits);
+    const std::size_t count = platform::findUnits(piece, rule.suspects(), positions);
+    char16_t* const units = &out[at];
+    for (std::size_t i = 0; i < count; ++i) {
+      char16_t& c = units[positions[i]];
+      if (rule.exact() || rule.row(c) != 0) c = u' ';
+    }
+  }
+}
+
+// Whether no character of `text` is replaced.
+template <class Rule>
+bool staysWhole(const Rule& rule, TextView text) noexcept {
+  platform::UnitPositions positions;
+  for (std::size_t at = 0; at < text.size(); at += platform::kScanUnits) {
+    const TextView piece = text.substr(at, platform::kScanUnits);
+    const std::size_t count = platform::findUnits(piece, rule.suspects(), positions);
+    const bool replaced = std::any_of(positions.begin(), positions.begin() + count,
+                                      [&](std::size_t i) { return rule.row(piece[i]) != 0; });
+    if (replaced) return false;
+  }
+  return true;
 }
 
 // Stores `text` as `rule` rewrites it in `out`, a single blank where nothing is left. `text` may be
@@ -96,17 +147,12 @@ void appendReplaced(const Rule& rule, TextView text, Text& out) {
 template <class Rule>
 void rewrite(const Rule& rule, TextView text, Text& out) {
   if (text.size() > kGreatestCounted) throw RuntimeError(RunTime::overflow);
-  const std::size_t clean = firstReplaced(rule, text);
-  if (clean == text.size()) {
-    out.assign(trimRight(text));
+  if constexpr (Rule::kBlanks) {
+    blankAll(rule, text, out);
   } else {
-    Text built;
-    built.reserve(text.size() + text.size() / 4);
-    built.append(text.substr(0, clean));
-    appendReplaced(rule, text.substr(clean), built);
-    built.resize(trimRight(built).size());
-    out = std::move(built);
+    rewriteAll(rule, text, out);
   }
+  out.resize(trimRight(out).size());
   if (out.empty()) out.push_back(u' ');
 }
 

@@ -1,0 +1,46 @@
+// Looking at many UTF-16 units at a time: where some of them stand, and adding to all of them.
+#pragma once
+
+#include <array>
+#include <bitset>
+#include <cstddef>
+#include <cstdint>
+
+#include "veltgeneral/text.h"
+
+namespace veltgeneral::platform {
+
+// A set of units below 256, as two tables that are looked up by half a byte each: a unit belongs to
+// it where its halves have a bit in common. Where more than eight different rows of sixteen are
+// wanted the set is larger than asked for.
+class UnitSet {
+ public:
+  explicit UnitSet(const std::bitset<256>& members) noexcept;
+
+  bool has(std::uint8_t unit) const noexcept { return (low_[unit & 15] & high_[unit >> 4]) != 0; }
+  const std::array<std::uint8_t, 16>& low() const noexcept { return low_; }
+  const std::array<std::uint8_t, 16>& high() const noexcept { return high_; }
+
+ private:
+  std::array<std::uint8_t, 16> low_{};
+  std::array<std::uint8_t, 16> high_{};
+};
+
+// Units that findUnits looks at in one call.
+inline constexpr std::size_t kScanUnits = 1024;
+// Elements written beyond the last position; see below.
+inline constexpr std::size_t kUnitScanSlack = 8;
+
+using UnitPositions = std::array<std::uint16_t, kScanUnits + kUnitScanSlack>;
+
+// The positions of the members of `set` in `text`, at most kScanUnits units, in order; returns
+// their number. A unit above 255 counts as 255, one above 32767 as 0. What lies behind the answer
+// is overwritten.
+std::size_t findUnits(TextView text, const UnitSet& set, UnitPositions& positions) noexcept;
+
+// Adds `by` to units as long as they are from `first` on at most `count` - 1 further; returns how
+// many it changed, which may be fewer than could be by less than a block of 64.
+std::size_t shiftUnits(char16_t* units, std::size_t size, char16_t first, char16_t count,
+                       char16_t by) noexcept;
+
+}  // namespace veltgeneral::platform

@@ -41,9 +41,11 @@ Text joined(std::initializer_list<TextView> pieces) {
 }
 
 Text shortDay(TextView stamp) {
-  return formatShortDate(dateSerial(static_cast<std::int16_t>(fourDigits(&stamp[0])),
-                                    static_cast<std::int16_t>(twoDigits(&stamp[4])),
-                                    static_cast<std::int16_t>(twoDigits(&stamp[6]))));
+  const FourDigits year(&stamp[0]);
+  const FourDigits monthAndDay(&stamp[4]);
+  return formatShortDate(dateSerial(static_cast<std::int16_t>(year.all()),
+                                    static_cast<std::int16_t>(monthAndDay.first()),
+                                    static_cast<std::int16_t>(monthAndDay.second())));
 }
 
 Text dateLiteral(typeDataBaseEngine engine, TextView stamp) {

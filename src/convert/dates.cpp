@@ -53,10 +53,14 @@ std::int16_t field(TextView text, std::size_t at, std::size_t count) {
 }
 
 Date dateOf(TextView text) {
-  if (text.size() >= 8 && allDigits<8>(text.data())) {
-    return dateSerial(static_cast<std::int16_t>(fourDigits(text.data())),
-                      static_cast<std::int16_t>(twoDigits(text.data() + 4)),
-                      static_cast<std::int16_t>(twoDigits(text.data() + 6)));
+  if (text.size() >= 8) {
+    const FourDigits year(&text[0]);
+    const FourDigits monthAndDay(&text[4]);
+    if ((year.others() | monthAndDay.others()) == 0) {
+      return dateSerial(static_cast<std::int16_t>(year.all()),
+                        static_cast<std::int16_t>(monthAndDay.first()),
+                        static_cast<std::int16_t>(monthAndDay.second()));
+    }
   }
   return dateSerial(field(text, 0, 4), field(text, 4, 2), field(text, 6, 2));
 }
@@ -71,7 +75,9 @@ bool Funzioni::isDateYYYYMMDDefault(TextView sDate) const { return sDate == u"00
 bool Funzioni::isDateYYYYMMDDefaultSpaces(TextView sDate) const { return sDate == u"        "; }
 
 bool Funzioni::isYYYYBisestile(Text& sAnno) const {
-  return sAnno.size() == 4 && allDigits<4>(sAnno.data()) && isLeapYear(fourDigits(sAnno.data()));
+  if (sAnno.size() != 4) return false;
+  const FourDigits year(sAnno.data());
+  return year.others() == 0 && isLeapYear(year.all());
 }
 
 std::int16_t Funzioni::getDayNumberFromYYYYMMDD(TextView sDateYYYYMMDD) const {

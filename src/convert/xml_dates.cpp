@@ -19,29 +19,51 @@ constexpr Field kFields[] = {{0, 0, 4}, {5, 4, 2}, {8, 6, 2}, {11, 8, 2}, {14, 1
 constexpr TextView kXmlForm = u"0000-00-00T00:00:00";
 constexpr TextView kDigits = u"00000000000000";
 
+// Of a text that is long enough and has digits in every field.
+bool copyDigits(TextView xml, char16_t* digits) {
+  if (xml.size() < kXmlForm.size()) return false;
+  char16_t odd = 0;
+  for (const Field& field : kFields) {
+    for (std::size_t i = 0; i < field.size; ++i) {
+      const char16_t c = xml[field.xml + i];
+      odd = static_cast<char16_t>(odd | static_cast<char16_t>(!isDigit(c)));
+      digits[field.digits + i] = c;
+    }
+  }
+  return odd == 0;
+}
+
+// Piece by piece; false where a number is no digits, and so a sign or a blank would stand among
+// them.
+bool copyPieces(TextView xml, char16_t* digits) {
+  std::ranges::copy(kDigits, digits);
+  for (const Field& field : kFields) {
+    const TextView piece = xml.substr(std::min(field.xml, xml.size()), field.size);
+    if (std::ranges::all_of(piece, isDigit)) {
+      std::ranges::copy(piece, digits + field.digits);
+    } else if (isNumeric(piece)) {
+      return false;
+    }
+  }
+  return true;
+}
+
 }  // namespace
 
 Text Funzioni::getDate2Xml(TextView sDate) const {
   if (!isFixedStamp(sDate)) return {};
-  Text xml(kXmlForm);
-  for (const Field& field : kFields) std::copy_n(&sDate[field.digits], field.size, &xml[field.xml]);
-  return xml;
+  const char16_t* const d = sDate.data();
+  const char16_t xml[] = {d[0], d[1], d[2], d[3], u'-',  d[4],  d[5], u'-',  d[6], d[7],
+                          u'T', d[8], d[9], u':', d[10], d[11], u':', d[12], d[13]};
+  return Text(xml, std::size(xml));
 }
 
 Variant Funzioni::getDateFromXml(TextView sDate) const {
   char16_t digits[kDigits.size()];
-  std::ranges::copy(kDigits, digits);
-  for (const Field& field : kFields) {
-    const TextView piece = sDate.substr(std::min(field.xml, sDate.size()), field.size);
-    if (std::ranges::all_of(piece, isDigit)) {
-      std::ranges::copy(piece, digits + field.digits);
-    } else if (isNumeric(piece)) {
-      return Empty{};  // a sign or a blank would stand among the digits
-    }
-  }
+  if (!copyDigits(sDate, digits) && !copyPieces(sDate, digits)) return Empty{};
   const TextView stamp(digits, kDigits.size());
   if (!isFixedStamp(stamp)) return Empty{};
-  return Text(stamp);
+  return Variant(std::in_place_type<Text>, stamp);
 }
 
 }  // namespace veltgeneral

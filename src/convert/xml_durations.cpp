@@ -17,39 +17,54 @@ constexpr double kWork = 1000;
 constexpr std::size_t kExactDigits = 15;
 constexpr double kExactLimit = 1e15;
 
-// Appends as shortNumber writes, the whole numbers without a detour.
-void append(Text& out, double number) {
-  if (!(std::abs(number) < kExactLimit) || number != std::trunc(number)) {
-    out += shortNumber(number);
-    return;
-  }
-  char16_t digits[kExactDigits + 1];
-  char16_t* const end = digits + std::size(digits);
-  char16_t* first = end;
-  auto rest = static_cast<std::int64_t>(std::abs(number));
+char16_t* put(char16_t* out, std::int64_t number) {
+  char16_t digits[kExactDigits];
+  std::size_t count = 0;
   do {
-    *--first = static_cast<char16_t>(u'0' + rest % 10);
-    rest /= 10;
-  } while (rest != 0);
-  if (number < 0) *--first = u'-';
-  out.append(first, end);
+    digits[count++] = static_cast<char16_t>(u'0' + number % 10);
+    number /= 10;
+  } while (number != 0);
+  while (count > 0) *out++ = digits[--count];
+  return out;
+}
+
+// As below, for whole seconds that are none below zero: the same numbers in integers.
+Text writtenWhole(std::int64_t total) {
+  char16_t text[kExactDigits + 10];
+  char16_t* out = text;
+  *out++ = u'P';
+  *out++ = u'T';
+  out = put(out, total / 3600);
+  *out++ = u'H';
+  const auto rest = static_cast<std::int32_t>(total % 3600);
+  out = put(out, rest / 60);
+  *out++ = u'M';
+  out = put(out, rest % 60);
+  *out++ = u'S';
+  return Text(text, out);
+}
+
+double amountOf(const Variant& value) {
+  const double* const real = std::get_if<double>(&value);
+  return real ? *real : toDouble(value);
 }
 
 Text written(const Variant& amount, double unitsToMinute) {
-  if (!isNumeric(amount)) return u"PT0H0M0S";
-  const double total = toDouble(amount) * 60 / unitsToMinute;
+  if (kindOf(amount) != Kind::real && !isNumeric(amount)) return u"PT0H0M0S";
+  const double total = amountOf(amount) * 60 / unitsToMinute;
+  if (total >= 0 && total < kExactLimit) {
+    if (const auto whole = static_cast<std::int64_t>(total); static_cast<double>(whole) == total) {
+      return writtenWhole(whole);
+    }
+  }
   const double hours = total >= 3600 ? std::trunc(total / 3600) : 0;
   const double rest = total - hours * 3600;
   const double minutes = rest >= 60 ? std::trunc(rest / 60) : 0;
   const double seconds = rest - minutes * 60;
-  Text text;
-  text.reserve(16);
-  append(text.append(u"PT", 2), hours);
-  text.push_back(u'H');
-  append(text, minutes);
-  text.push_back(u'M');
-  append(text, seconds);
-  text.push_back(u'S');
+  Text text = u"PT";
+  text.append(shortNumber(hours)).push_back(u'H');
+  text.append(shortNumber(minutes)).push_back(u'M');
+  text.append(shortNumber(seconds)).push_back(u'S');
   return text;
 }
 

@@ -14,7 +14,9 @@ endif()
 
 add_library(veltgeneral_options INTERFACE)
 target_compile_options(veltgeneral_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
+  # What g++ does not count among these either.
+  $<$<CXX_COMPILER_ID:Clang>:-Wno-sign-conversion -Wno-return-type-c-linkage>)
 if(VELTGENERAL_SANITIZE)
   # Everywhere, so that every object of a process agrees.
   add_compile_options(-fsanitize=${VELTGENERAL_SANITIZE} -fno-omit-frame-pointer -g)

@@ -18,6 +18,7 @@ _HEADER = '''\
 
 import datetime
 import decimal
+import enum
 from typing import (Any, Callable, Dict, Final, Iterable, Iterator, Literal, Optional, Sequence, Tuple,
                     Union)
 from typing import overload
@@ -77,6 +78,7 @@ class Class:
     name: str
     summary: str
     members: Tuple[Member, ...]
+    enumerations: Tuple[Any, ...]
 
 class Object:
     def __getattr__(self, name: str) -> Any: ...
@@ -138,9 +140,18 @@ def members(described: Class, classes: Iterable[str]) -> Iterator[str]:
                 yield f"    def {member.name}(self, value: {kind}) -> None: ..."
 
 
+def enumerations() -> Iterator[str]:
+    for each in veltgeneral.describe("VeltGlobal").enumerations:
+        yield f"class {each.__name__}(enum.IntEnum):"
+        yield from (f"    {value.name} = {value.value}" for value in each)
+        yield ""
+        yield from (f"{value.name}: Final = {each.__name__}.{value.name}" for value in each)
+        yield ""
+
+
 def stubs() -> str:
     classes = veltgeneral.classes()
-    lines = [_HEADER]
+    lines = [_HEADER, *enumerations()]
     for name in classes:
         described = veltgeneral.describe(name)
         body = list(members(described, classes))

@@ -56,16 +56,31 @@ struct Member {
   }
 };
 
-// One creatable class; `members` in the published order.
+struct Enumerator {
+  std::string_view name;
+  std::int32_t value = 0;
+};
+
+struct Enumeration {
+  std::string_view name;
+  std::span<const Enumerator> values;
+};
+
+// One creatable class; `members` in the published order. `enumerations` are those that the class
+// publishes.
 struct Class {
   std::string_view name;
   std::string_view summary;
   std::span<const Member> members;
   ObjectRef (*create)();
+  std::span<const Enumeration> enumerations{};
 };
 
 // All creatable classes, in the order of their introduction.
 VELTGENERAL_API std::span<const Class> classes() noexcept;
+
+// All published enumerations; parameters and results name them as their types.
+VELTGENERAL_API std::span<const Enumeration> enumerations() noexcept;
 
 // `name` with or without the prefix "VeltGeneral.", in any case. Throws RuntimeError 429 for a name
 // that is no class.

@@ -4,8 +4,8 @@
  *
  *  1. Handles. `vg_object` is counted: whoever is given one owns one count and gives it back with
  *     vg_object_release. `vg_value` and `vg_error` have one owner, who frees them with
- *     vg_value_free and vg_error_free. `vg_class`, `vg_member` and `vg_factory` belong to the
- *     library and live as long as it is loaded.
+ *     vg_value_free and vg_error_free. `vg_class`, `vg_member`, `vg_enumeration` and `vg_factory`
+ *     belong to the library and live as long as it is loaded.
  *  2. Texts. UTF-8 as `const char*`, ending in NUL where no length is asked for; UTF-16 as
  *     `const char16_t*` in the machine's byte order. Lengths count code units, without a final NUL;
  *     VG_TO_NUL as a length means "up to the NUL". A text may hold NUL. Malformed text becomes
@@ -53,6 +53,7 @@ typedef struct vg_value vg_value;
 typedef struct vg_error vg_error;
 typedef struct vg_class vg_class;
 typedef struct vg_member vg_member;
+typedef struct vg_enumeration vg_enumeration;
 
 VELTGENERAL_API const char* vg_version(void);
 VELTGENERAL_API uint32_t vg_interface_version(void);
@@ -276,6 +277,41 @@ VELTGENERAL_API vg_status vg_member_result(const vg_member* member, vg_type* typ
 VELTGENERAL_API size_t vg_member_parameter_count(const vg_member* member);
 VELTGENERAL_API vg_status vg_member_parameter(const vg_member* member, size_t position,
                                               vg_parameter* parameter);
+
+/* The enumerations that a class publishes; VeltGlobal publishes them all. */
+VELTGENERAL_API size_t vg_class_enumeration_count(const vg_class* type);
+VELTGENERAL_API const vg_enumeration* vg_class_enumeration(const vg_class* type, size_t position);
+VELTGENERAL_API const char* vg_enumeration_name(const vg_enumeration* enumeration);
+VELTGENERAL_API size_t vg_enumeration_count(const vg_enumeration* enumeration);
+/* Error 9 beyond the last. */
+VELTGENERAL_API vg_status vg_enumeration_value(const vg_enumeration* enumeration, size_t position,
+                                               const char** name, int32_t* value);
+
+/* ---- The published enumerations, behind the prefixes vg_ and VG_ ---- */
+
+enum vg_errInfoCostant {
+  VG_eiSUCCESFULL = 0,
+  VG_eiABORTED = -2147220904,
+  VG_eiNORECORD = -2147220903,
+  VG_eiNOVALIDVALUE = -2147220902,
+  VG_eiREGISTRYERROR = -2147220901
+};
+enum vg_typeInfoCostant {
+  VG_eiERRORTYPE = 1,
+  VG_eiWARNINGTYPE = 2,
+  VG_eiINFORMATIONTYPE = 3,
+  VG_eiDEBUGTYPE = 4
+};
+enum vg_gcmFileUtility { VG_gcmfileutilityFILENOTFOUND = -2147220804 };
+enum vg_gcmRegistryUtylity { VG_gcmregistryutilityKEYNOTFOUND = -2147220604 };
+enum vg_gcmFunzioni { VG_gcmfunzioniDATEINVALID = -2147220704 };
+enum vg_typeDataBaseEngine {
+  VG_dbengineORACLE = 1,
+  VG_dbengineMSACCESS = 2,
+  VG_dbengineSQLSERVER = 3
+};
+enum vg_typeOutputReport { VG_torFORM = 1, VG_torPRINTER = 2 };
+enum vg_typedbExistUniqueObject { VG_dbeuoUNIQUE = 0, VG_dbeuoMORE = 1, VG_dbeuoNOTFOUND = 2 };
 
 /* ---- Entry points of the component ---- */
 

@@ -9,6 +9,10 @@ const Class* rowsOf(const vg_class* type) { return reinterpret_cast<const Class*
 const Member* rowOf(const vg_member* member) { return reinterpret_cast<const Member*>(member); }
 const vg_class* handleOf(const Class* type) { return reinterpret_cast<const vg_class*>(type); }
 
+const Enumeration* tableOf(const vg_enumeration* enumeration) {
+  return reinterpret_cast<const Enumeration*>(enumeration);
+}
+
 // Names in the tables are literals, so a NUL follows each.
 const char* nameOf(std::string_view literal) { return literal.empty() ? "" : literal.data(); }
 
@@ -77,5 +81,33 @@ vg_status vg_member_parameter(const vg_member* member, size_t position, vg_param
     needed(parameter) = {nameOf(from.name), typeOf(from.type),
                          from.direction == Direction::inOut ? 1 : 0, from.optional ? 1 : 0,
                          from.defaultNumber};
+  });
+}
+
+size_t vg_class_enumeration_count(const vg_class* type) {
+  return type == nullptr ? 0 : rowsOf(type)->enumerations.size();
+}
+
+const vg_enumeration* vg_class_enumeration(const vg_class* type, size_t position) {
+  if (position >= vg_class_enumeration_count(type)) return nullptr;
+  return reinterpret_cast<const vg_enumeration*>(&rowsOf(type)->enumerations[position]);
+}
+
+const char* vg_enumeration_name(const vg_enumeration* enumeration) {
+  return enumeration == nullptr ? "" : nameOf(tableOf(enumeration)->name);
+}
+
+size_t vg_enumeration_count(const vg_enumeration* enumeration) {
+  return enumeration == nullptr ? 0 : tableOf(enumeration)->values.size();
+}
+
+vg_status vg_enumeration_value(const vg_enumeration* enumeration, size_t position,
+                               const char** name, int32_t* value) {
+  return guarded([&] {
+    const auto values = tableOf(&needed(enumeration))->values;
+    if (position >= values.size()) raise(RunTime::subscriptOutOfRange);
+    const char*& nameOut = needed(name);
+    needed(value) = values[position].value;
+    nameOut = nameOf(values[position].name);
   });
 }

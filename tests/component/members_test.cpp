@@ -47,6 +47,12 @@ std::string listing() {
       }
       out << ") -> " << member.result << '\n';
     }
+    for (const Enumeration& each : type.enumerations) {
+      out << "  " << each.name << '\n';
+      for (const Enumerator& value : each.values) {
+        out << "    " << value.name << " = " << value.value << '\n';
+      }
+    }
   }
   return out.str();
 }

@@ -15,9 +15,12 @@ class Classes(VeltTest):
             said = self.answer("describe", name.upper())
             self.assertEqual(said["name"], name)
             lines = self.velt("describe", "VeltGeneral." + name).splitlines()
-            self.assertEqual(len(lines), 1 + len(said["members"]))
-            for line, member in zip(lines[1:], said["members"]):
-                self.assertIn(member["name"], line)
+            published = [each["name"] for each in said["members"]]
+            for enumeration, values in said.get("enumerations", {}).items():
+                published += [enumeration, *(f"{key} = {value}" for key, value in values.items())]
+            self.assertEqual(len(lines), 1 + len(published))
+            for line, member in zip(lines[1:], published):
+                self.assertIn(member, line)
 
     def test_signatures(self):
         for target, line in [

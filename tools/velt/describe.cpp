@@ -23,6 +23,22 @@ std::string readableText(const Member& member) {
   return text + " = " + typeText(member.parameters().back().type);
 }
 
+void printEnumeration(const Enumeration& enumeration) {
+  std::cout << "  " << enumeration.name << '\n';
+  for (const Enumerator& each : enumeration.values) {
+    std::cout << "    " << each.name << " = " << each.value << '\n';
+  }
+}
+
+Json enumerationsJson(const Class& type) {
+  Json all = Json::object();
+  for (const Enumeration& each : type.enumerations) {
+    Json& values = all[std::string(each.name)] = Json::object();
+    for (const Enumerator& value : each.values) values[std::string(value.name)] = value.value;
+  }
+  return all;
+}
+
 int run(const Options& options) {
   const MemberPath path = splitMemberPath(options.target);
   const Class& type = neededClass(path.className);
@@ -34,12 +50,14 @@ int run(const Options& options) {
   if (options.json) {
     Json rows = Json::array();
     for (const Member* member : members) rows.push_back(memberJson(*member));
-    printJson(std::cout,
-              {{"name", type.name}, {"summary", type.summary}, {"members", std::move(rows)}});
+    Json described = {{"name", type.name}, {"summary", type.summary}, {"members", std::move(rows)}};
+    if (!type.enumerations.empty()) described["enumerations"] = enumerationsJson(type);
+    printJson(std::cout, described);
     return kSucceeded;
   }
   std::cout << type.name << ": " << type.summary << '\n';
   for (const Member* member : members) std::cout << "  " << readableText(*member) << '\n';
+  for (const Enumeration& each : type.enumerations) printEnumeration(each);
   return kSucceeded;
 }
 

@@ -8,7 +8,8 @@ Names match without regard to case. Arguments go by position or by published nam
 be left out. A member with in/out arguments returns a tuple: its result first, if it has one, then
 every in/out argument in order; a lone value comes bare. A TextArray is changed in place as well.
 Properties read and assign as attributes. A dict serves as a record, any object with the right
-attributes as a window. Run-time errors are AutomationError.
+attributes as a window. Run-time errors are AutomationError. The published enumerations are IntEnum
+classes, their values attributes of this package: veltgeneral.eiABORTED.
 
 The library is the file VELTGENERAL_LIBRARY names, else the registered one, else one near this
 package, else the system's.
@@ -21,3 +22,9 @@ from ._text_array import TextArray
 
 __all__ = ["AutomationError", "CreateObject", "Currency", "Date", "Empty", "Int16", "Missing",
            "Object", "Single", "TextArray", "classes", "describe", "set_host_events"]
+
+for _each in describe("VeltGlobal").enumerations:
+    _published = {_each.__name__: _each, **_each.__members__}
+    globals().update(_published)
+    __all__ += _published
+del _each, _published

@@ -1,8 +1,9 @@
 """What the component's classes look like, read from its member tables."""
 
+import enum
 import functools
-from ctypes import byref
-from typing import Dict, List, NamedTuple, Optional, Tuple
+from ctypes import byref, c_char_p, c_int32
+from typing import Any, Dict, List, NamedTuple, Optional, Tuple
 
 from . import _library as c
 from ._errors import standard_error
@@ -59,7 +60,8 @@ class Member(NamedTuple):
 
 
 class Class:
-    """One creatable class: its name, summary and members in the published order."""
+    """One creatable class: its name, summary and members in the published order, its
+    enumerations as IntEnum classes."""
 
     def __init__(self, handle: int) -> None:
         self.name: str = library.vg_class_name(handle).decode()
@@ -67,6 +69,9 @@ class Class:
         self.members: Tuple[Member, ...] = tuple(
             _member(library.vg_class_member(handle, i))
             for i in range(library.vg_class_member_count(handle)))
+        self.enumerations: Tuple[Any, ...] = tuple(
+            _enumeration(library.vg_class_enumeration(handle, i))
+            for i in range(library.vg_class_enumeration_count(handle)))
         # Members of one name, whatever its case, by kind.
         self.by_name: Dict[str, Dict[str, Member]] = {}
         for member in self.members:
@@ -76,6 +81,8 @@ class Class:
         width = max((len(member.kind) for member in self.members), default=0)
         lines = [f"{self.name}: {self.summary}"]
         lines += (f"  {member.kind:{width}} {member}" for member in self.members)
+        for each in self.enumerations:
+            lines += [f"  {each.__name__}", *(f"    {value.name} = {value.value}" for value in each)]
         return "\n".join(lines)
 
     __repr__ = __str__
@@ -83,6 +90,16 @@ class Class:
 
 def _type(raw: c.Type) -> ValueType:
     return ValueType(raw.kind, raw.name.decode(), bool(raw.is_variant), bool(raw.is_void))
+
+
+def _enumeration(handle: int) -> Any:
+    values: Dict[str, int] = {}
+    name, value = c_char_p(), c_int32()
+    for i in range(library.vg_enumeration_count(handle)):
+        library.vg_enumeration_value(handle, i, byref(name), byref(value))
+        values[(name.value or b"").decode()] = value.value
+    title = library.vg_enumeration_name(handle).decode()
+    return enum.IntEnum(title, values, module=__package__)
 
 
 def _member(handle: int) -> Member:

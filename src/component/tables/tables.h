@@ -9,6 +9,7 @@
 #include "veltgeneral/funzioni.h"
 #include "veltgeneral/registry_utility.h"
 #include "veltgeneral/reporting.h"
+#include "veltgeneral/velt_global.h"
 #include "veltgeneral/velt_inet.h"
 
 namespace veltgeneral {
@@ -16,8 +17,8 @@ namespace veltgeneral {
 template <class... C>
 struct ClassList {};
 
-using Classes =
-    ClassList<ErrInfo, FileUtility, RegistryUtility, Funzioni, cInifile, VeltInet, Reporting>;
+using Classes = ClassList<ErrInfo, FileUtility, RegistryUtility, Funzioni, cInifile, VeltInet,
+                          Reporting, VeltGlobal>;
 
 // Name, summary and rows of C.
 template <class C>
@@ -37,5 +38,7 @@ template <>
 Class describeClass<VeltInet>();
 template <>
 Class describeClass<Reporting>();
+template <>
+Class describeClass<VeltGlobal>();
 
 }  // namespace veltgeneral

@@ -1,0 +1,273 @@
+"""Settings, windows, the log, reports and the enumerations, as Python callers meet them."""
+
+import enum
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import tempfile
+import unittest
+from unittest import mock
+
+import veltgeneral
+from veltgeneral import AutomationError, CreateObject, TextArray
+
+LOCAL_MACHINE = -2147483646
+
+
+class HostTest(unittest.TestCase):
+    """Drive C, the registry and the library's own folder lie in a temporary folder."""
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+        self.put_in_force(VELTGENERAL_DRIVE_C=folder.name, VELTGENERAL_HOME=folder.name,
+                          VELTGENERAL_REGISTRY_DIR=folder.name, VELTGENERAL_LOCALE="en_US")
+        (self.folder / "machine.reg").write_bytes(
+            b"REGEDIT4\r\n\r\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Zoltra\\LogSystem]\r\n"
+            b'"Path"="C:\\\\"\r\n"Trace"="3"\r\n"SwitchDimension"="5000"\r\n')
+
+    def put_in_force(self, **variables):
+        change = mock.patch.dict(os.environ, variables)
+        change.start()
+        self.addCleanup(change.stop)
+
+    def raises(self, number, action, *arguments):
+        with self.assertRaises(AutomationError) as raised:
+            action(*arguments)
+        self.assertEqual(raised.exception.number, number)
+
+
+class IniFiles(HostTest):
+    def setUp(self):
+        super().setUp()
+        self.ini = CreateObject("cInifile")
+        self.ini.Path = "C:\\app.ini"
+        self.ini.section = "Main"
+
+    def test_properties_are_attributes(self):
+        ini = self.ini
+        self.assertEqual((ini.Path, ini.SECTION, ini.key, ini.Value, ini.Success),
+                         ("C:\\app.ini", "Main", "", "", False))
+        ini.Default = "none"
+        for name, text, kept in [("plain", "x", "x"), ("nul", "a\0b", "ab"), ("euro", "\u20ac", "\u20ac"),
+                                 ("beyond", "\u4e2d", "?")]:
+            ini.key = name
+            self.assertEqual(ini.Value, "none")
+            ini.Value = text
+            self.assertEqual((ini.Value, ini.Success), (kept, True))
+        self.assertEqual(ini.Sections, "Main\0")
+        names, count = ini.EnumerateCurrentSection(TextArray(), 0)
+        self.assertEqual((list(names), count), (["plain", "nul", "euro", "beyond"], 4))
+        self.assertEqual((ini.SectionExists("Main"), ini.SectionExists("MAIN")), (True, False))
+        ini.DeleteKey()
+        self.assertEqual(ini.INISection, "plain\0nul\0euro\0")
+        ini.INISection = "not used"
+        self.assertEqual(ini.EnumerateAllSections(names, 7), (TextArray(), 0))
+        ini.isNt = True
+        self.assertIs(ini.isNt, True)
+        ini.Path = "C:\\nowhere\\app.ini"
+        ini.Value = "x"
+        self.assertEqual((ini.LastReturnCode, ini.Success), (0, False))
+        for wrong in ("Success", "LastReturnCode", "Sections"):
+            self.raises(438, setattr, ini, wrong, 1)
+
+    def test_numbers(self):
+        for arguments, number in [(("12",), 12), (("2.5",), 2), (("x", 7), 7), (("",), 0),
+                                  (("3000000000", -1), -1)]:
+            self.assertEqual(self.ini.CLngDefault(*arguments), number)
+        self.assertEqual(self.ini.CLngDefault(ldefault=8, sString="-"), 8)
+
+
+class Window:
+    """What an application's own window class might look like."""
+
+    def __init__(self, state=0, left=1000.0, top=2000, width=5000.4, height=4000):
+        self.windowState = state
+        self.left, self.top, self.width, self.height = left, top, width, height
+        self.moves = 0
+
+    def move(self, *placement):
+        self.left, self.top, self.width, self.height = placement
+        self.moves += 1
+
+    def __eq__(self, other):
+        return vars(self) == vars(other)
+
+
+@unittest.skipUnless(shutil.which("Xvfb"), "needs Xvfb")
+class Windows(HostTest):
+    """On a display of 12000 by 9000 twips, where four pixels are 60."""
+
+    @classmethod
+    def setUpClass(cls):
+        ready, told = os.pipe()
+        server = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(told), "-screen", "0", "800x600x24", "-dpi", "96", "-nolisten",
+             "tcp", "-noreset"], pass_fds=[told], stderr=subprocess.DEVNULL)
+        cls.addClassCleanup(server.wait)
+        cls.addClassCleanup(server.terminate)
+        os.close(told)
+        with os.fdopen(ready) as number:
+            cls.display = ":" + number.readline().strip()
+
+    def setUp(self):
+        super().setUp()
+        self.put_in_force(DISPLAY=self.display)
+        self.ini = CreateObject("cInifile")
+        self.ini.Path, self.ini.section, self.ini.key = "C:\\w.ini", "win", "mine"
+
+    def test_a_placement_is_saved_and_restored(self):
+        saved = "[win]\r\nMaximised=0\r\nLeft=1000\r\nTop=2000\r\nWidth=5000.4\r\nHeight=4000\r\n"
+        file = self.folder / "w.ini"
+        self.ini.SaveFormPosition(Window(state=1))
+        self.assertFalse(file.exists())
+        self.ini.SaveFormPosition(Window())
+        self.assertEqual(file.read_bytes().decode(), saved)
+        self.ini.SaveFormPosition(Window(state=2, left=5))
+        self.assertEqual(file.read_bytes().decode(), saved.replace("=0\r", "=1\r"))
+        window = Window(0, 0, 0, 0, 0)
+        self.assertIsNone(self.ini.LoadFormPosition(window))
+        self.assertEqual(vars(window), vars(Window(2, 1000, 2000, 5000, 4000)) | {"moves": 1})
+        self.assertTrue(self.ini.Success)
+
+    def test_it_is_fitted_into_the_screen(self):
+        for entries, minimum, placement in [
+                ("Width=100", {}, (1000, 2000, 3000, 4000)),
+                ("Width=100\nHeight=9", {"lMinHeight": 50}, (1000, 2000, 3000, 50)),
+                ("Left=-5000\nTop=-1", {}, (60, 60, 5000, 4000)),
+                ("Left=11000\nWidth=4000", {}, (7940, 2000, 4000, 4000)),
+                ("Width=20000", {"lMinWidth": 11880}, (60, 2000, 11880, 4000)),
+                ("Width=20000", {"lMinWidth": 11881}, None)]:
+            with self.subTest(entries=entries):
+                (self.folder / "w.ini").write_text("[win]\n" + entries + "\n", encoding="ascii")
+                window = Window()
+                self.ini.LoadFormPosition(window, **minimum)
+                expected = Window() if placement is None else Window(0, *placement)
+                self.assertEqual(vars(window), vars(expected) | {"moves": int(placement is not None)})
+
+    def test_an_error_of_the_window_ends_the_call(self):
+        class Stubborn(Window):
+            def move(self, *placement):
+                raise ValueError("not today")
+        for window in (Stubborn(), object()):
+            self.ini.Value = "x"
+            self.assertTrue(self.ini.Success)
+            self.ini.LoadFormPosition(window)
+            self.assertEqual((self.ini.Success, self.ini.key), (False, "mine"))
+        self.raises(91, self.ini.SaveFormPosition, None)
+
+
+class Registry(HostTest):
+    def test_connection_settings(self):
+        registry = CreateObject("RegistryUtility")
+        saved = registry.saveInfoForConnection("Acme", "orders  ", " me", "p\"w")
+        self.assertEqual((saved.isSuccess(), saved.typeInfo, saved.locationInfo),
+                         (True, veltgeneral.eiINFORMATIONTYPE, "saveInfoForConnection"))
+        result, *texts = registry.getInfoForConnection("Acme", "", "", "")
+        self.assertEqual((result.isSuccess(), texts), (True, ["orders", " me", "p\"w"]))
+        key, name = "SOFTWARE\\Acme\\DbAccess", "connectionUser"
+        self.assertEqual(registry.getKeyValue(LOCAL_MACHINE, key, name),
+                         (" me", LOCAL_MACHINE, key, name))
+        self.assertEqual(registry.getKeyValue(LOCAL_MACHINE, key, "none")[0], "")
+        self.assertIn("[getKeyValue]", (self.folder / "tarnview.log").read_text(encoding="ascii"))
+        self.assertTrue(registry.isRegistryInWritePermission())
+        self.put_in_force(VELTGENERAL_REGISTRY_DIR="/dev/null/registry")
+        failed = registry.saveInfoForConnection("Acme", "orders", "me", "pw")
+        self.assertEqual(failed.numberInfo, veltgeneral.eiREGISTRYERROR)
+        self.assertFalse(registry.isRegistryInWritePermission())
+
+    def test_the_settings_file(self):
+        registry = CreateObject("RegistryUtility")
+        self.assertTrue(registry.isTarnviewDatInWritePermission())
+        registry.setTarnviewConfValue("Main", "name", "value")
+        result, *texts = registry.getTarnviewConfValue("main", "NAME", "")
+        self.assertEqual((result.isSuccess(), texts), (True, ["main", "NAME", "value"]))
+        self.assertTrue(registry.setTarnviewDatFileValue("[Main]").isSuccess())
+        self.assertEqual((self.folder / "Tarnview.dat").read_bytes(), b"[Main]\r\n")
+
+
+class Log(HostTest):
+    def test_a_result_writes_itself_to_both_files(self):
+        result = CreateObject("ErrInfo")
+        self.assertIsNone(result.runInitialize())
+        self.assertEqual(result.getInfoForLogSystem("", 0, 0), (True, "C:\\", 3, 5000))
+        for severity in veltgeneral.typeInfoCostant:
+            result.ErrInfo(veltgeneral.eiABORTED, "what", severity, "where", "class", "process", "step")
+            self.assertTrue(result.writeLog("C:\\own.log").isSuccess())
+            result.writeLog()
+        line = (r'"\[\d+/\d+/\d\d \d+:\d\d\] \[process\] \[class\] \[where\] \[step\] \[%d\]'
+                r' \[-2147220904\] \[what\]"' "\r\n")
+        for name, severities in (("own.log", (1, 2, 3)), ("tarnview.log", (1, 1, 2, 2))):
+            written = (self.folder / name).read_bytes().decode()
+            self.assertRegex(written, "^" + "".join(line % each for each in severities) + "$")
+
+
+class Reports(HostTest):
+    def draw(self, report):
+        report.openReport()
+        report.prtLayoutPaginaBase("Header", vntPageNumber=1, bWithDate=False)
+        self.assertEqual(report.prtTesto(2, 3, 10, True, False, "text"), 10)
+        report.newPage()
+        report.prtBoxWithTesto(2, 3.5, "12", False, False, "band", 0xC0FFC0, iLenBox=5)
+        report.prtBox(1, 1, 2, 2, 255)
+
+    def test_the_form_and_the_printer(self):
+        picture, document = self.folder / "form.png", self.folder / "report.pdf"
+        self.put_in_force(VELTGENERAL_FORM=f"image:{picture}", VELTGENERAL_PRINTER=f"pdf:{document}")
+        report = CreateObject("Reporting")
+        self.assertEqual(report.outputMode, 0)
+        self.draw(report)
+        report.closeReport()
+        # Twips of the form's client area, 15 to a pixel.
+        raw = picture.read_bytes()
+        self.assertEqual((raw[:4], int.from_bytes(raw[16:20], "big"), int.from_bytes(raw[20:24], "big")),
+                         (b"\x89PNG", 539, 740))
+        self.assertFalse(document.exists())
+        report.outputMode = veltgeneral.torPRINTER
+        self.assertEqual(report.outputMode, veltgeneral.torPRINTER)
+        self.draw(report)
+        report.closeReport()
+        raw = document.read_bytes()
+        self.assertEqual((raw[:5], len(re.findall(rb"/Type /Page\b", raw))), (b"%PDF-", 2))
+
+    def test_lines_are_cut(self):
+        report = CreateObject("Reporting")
+        for text, length, line, rest in [("ab cd ef", 4, "ab", "cd ef"), ("abcdefgh", 3, "abc", "defgh"),
+                                         ("ab cd", 5, "ab", "cd"), ("ab", 3, "ab", "")]:
+            self.assertEqual(report.formattaStringa(text, length), (line, rest))
+
+    def test_errors_reach_the_caller(self):
+        self.put_in_force(VELTGENERAL_FORM=f"image:{self.folder / 'form.png'}")
+        report = CreateObject("Reporting")
+        for number, arguments in [(13, ("x", 1, 10)), (94, (None, 1, 10)), (380, (1, 1, -1))]:
+            self.raises(number, report.prtTesto, *arguments, False, False, "text")
+        self.raises(5, report.formattaStringa, "text", -1)
+        self.raises(449, report.prtBox, 1, 1, 2, 2)
+        report.closeReport()
+        os.environ["VELTGENERAL_FORM"] = "window"
+        self.put_in_force(DISPLAY=":54321")
+        self.raises(57, report.openReport)
+
+
+class Enumerations(unittest.TestCase):
+    def test_they_are_attributes_of_the_package(self):
+        self.assertEqual([each.__name__ for each in veltgeneral.describe("VeltGlobal").enumerations],
+                         ["errInfoCostant", "typeInfoCostant", "gcmFileUtility", "gcmRegistryUtylity",
+                          "gcmFunzioni", "typeDataBaseEngine", "typeOutputReport",
+                          "typedbExistUniqueObject"])
+        for value, of in [(veltgeneral.eiABORTED, -2147220904), (veltgeneral.dbeuoNOTFOUND, 2),
+                          (veltgeneral.gcmFunzioni["gcmfunzioniDATEINVALID"], -2147220704)]:
+            self.assertIsInstance(value, enum.IntEnum)
+            self.assertEqual(value, of)
+        self.assertIn("torPRINTER", veltgeneral.__all__)
+        self.assertIs(veltgeneral.typeOutputReport(2), veltgeneral.torPRINTER)
+        self.assertEqual(CreateObject("Funzioni").getBoolForDB(veltgeneral.dbengineORACLE), -1)
+        with self.assertRaises(AutomationError):
+            getattr(CreateObject("VeltGlobal"), "eiABORTED")
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -56,15 +56,14 @@ inline constexpr unsigned kLongMonths = 0b1'0101'1010'1010;  // bit n: month n h
 constexpr bool dayInRange(FourDigits year, FourDigits monthAndDay) noexcept {
   const unsigned month = monthAndDay.first();
   const unsigned day = monthAndDay.second();
-  if (year.beginsWithZero() | (month - 1 > 11)) return false;
+  if (year.beginsWithZero() || month - 1 > 11) return false;
   if (day - 1 < kDaysOfAnyMonth) return true;
   if (month == 2) return day == 29 && isLeapYear(year.all());
   return day - 1 < 30 + (kLongMonths >> month & 1);
 }
 
 constexpr bool timeInRange(FourDigits hourAndMinute, FourDigits minuteAndSecond) noexcept {
-  return (hourAndMinute.first() < 24) & (hourAndMinute.second() < 60) &
-         (minuteAndSecond.second() < 60);
+  return hourAndMinute.first() < 24 && hourAndMinute.second() < 60 && minuteAndSecond.second() < 60;
 }
 
 }  // namespace fixed_date

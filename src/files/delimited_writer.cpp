@@ -1,5 +1,6 @@
 // FileUtility's members that turn tables into delimited text.
 #include <algorithm>
+#include <vector>
 
 #include "automation/coerce.h"
 #include "files/csv_line.h"
@@ -13,48 +14,55 @@ namespace {
 constexpr TextView kRowEnd = u"\r\n";
 constexpr std::int32_t kArchive = 32;
 
-// The cell with every quote doubled, itself in quotes.
-void appendQuoted(Text& out, TextView cell) {
-  out.push_back(kQuote);
-  for (std::size_t quote = cell.find(kQuote); quote != TextView::npos; quote = cell.find(kQuote)) {
-    out.append(cell.substr(0, quote + 1)).push_back(kQuote);
-    cell.remove_prefix(quote + 1);
+// The text of one row as it grows: room is made once a cell, and its characters go there unchecked.
+class RowText {
+ public:
+  void clear() noexcept { end_ = 0; }
+  TextView view() const noexcept { return {units_.data(), end_}; }
+
+  // Room for at least `units` characters at the end; `close` says where they really end.
+  char16_t* open(std::size_t units) {
+    if (units_.size() - end_ < units) units_.resize(2 * (end_ + units));
+    return units_.data() + end_;
   }
-  out.append(cell);
-  out.push_back(kQuote);
-}
+  void close(const char16_t* end) noexcept { end_ = static_cast<std::size_t>(end - units_.data()); }
+
+ private:
+  std::vector<char16_t> units_ = std::vector<char16_t>(512);
+  std::size_t end_ = 0;
+};
 
 // Whether the cell goes out as it is; a quote in it makes it neither number nor date.
 bool isPlain(TextView cell) { return isNumeric(cell) || isDate(cell); }
 
-// Appends the row unless all its cells are blank.
-void appendRow(Text& out, const TextArray& table, std::int32_t row, std::int32_t columns) {
-  const std::size_t before = out.size();
+// In quotes, every quote doubled.
+char16_t* writeQuoted(char16_t* out, TextView cell) {
+  *out++ = kQuote;
+  for (const char16_t c : cell) {
+    *out++ = c;
+    if (c == kQuote) *out++ = c;
+  }
+  *out++ = kQuote;
+  return out;
+}
+
+// Appends the row unless all its cells are blank; nothing when a cell is not there.
+void appendRow(Text& out, RowText& text, const TextArray& table, std::int32_t row,
+               std::int32_t columns) {
   bool hasData = false;
-  try {
-    for (std::int32_t column = 1; column <= columns; ++column) {
-      const TextView cell = table.at(column, row);
-      if (trim(cell).empty()) {
-        out.append(cell);
-      } else {
-        hasData = true;
-        if (isPlain(cell)) {
-          out.append(cell);
-        } else {
-          appendQuoted(out, cell);
-        }
-      }
-      if (column < columns) out.push_back(kSeparator);
+  text.clear();
+  for (std::int32_t column = 1; column <= columns; ++column) {
+    const TextView cell = table.at(column, row);
+    char16_t* end = text.open(2 * cell.size() + 3);
+    if (!cell.empty()) {
+      const bool blank = cell.find_first_not_of(u' ') == TextView::npos;
+      hasData |= !blank;
+      end = blank || isPlain(cell) ? std::ranges::copy(cell, end).out : writeQuoted(end, cell);
     }
-  } catch (...) {
-    out.resize(before);
-    throw;
+    if (column < columns) *end++ = kSeparator;
+    text.close(end);
   }
-  if (hasData) {
-    out.append(kRowEnd);
-  } else {
-    out.resize(before);
-  }
+  if (hasData) out.append(text.view()).append(kRowEnd);
 }
 
 // Room for a table whose cells are all quoted and hold no quote.
@@ -72,9 +80,10 @@ ErrInfo FileUtility::getCsvStringFromArray(Text& sStringFile, TextArray& sArrayV
   return trapped(u"getCsvStringFromArray", kFileUtility, [&] {
     sStringFile.clear();
     if (lNumRows > 0 && lNumColumns > 0) prepare(sStringFile, sArrayValue);
+    RowText text;
     // Wider than the row number, which may be the greatest there is.
     for (std::int64_t row = 1; row <= lNumRows && lNumColumns > 0; ++row) {
-      appendRow(sStringFile, sArrayValue, static_cast<std::int32_t>(row), lNumColumns);
+      appendRow(sStringFile, text, sArrayValue, static_cast<std::int32_t>(row), lNumColumns);
     }
     return clearedResult();
   });

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "platform/digit_fields.h"
 #include "veltgeneral/text.h"
 
 namespace veltgeneral {
@@ -29,7 +30,6 @@ class FourDigits {
   // The rest is for digits alone.
   constexpr unsigned first() const noexcept { return static_cast<unsigned>(pairs() & 0x7F); }
   constexpr unsigned second() const noexcept { return static_cast<unsigned>(pairs() >> 32 & 0x7F); }
-  constexpr bool beginsWithZero() const noexcept { return (lanes_ & 0xF) == 0; }
   constexpr unsigned all() const noexcept { return first() * 100 + second(); }
 
  private:
@@ -49,56 +49,47 @@ constexpr bool isLeapYear(unsigned year) noexcept {
 
 namespace fixed_date {
 
-inline constexpr unsigned kDaysOfAnyMonth = 28;
+// Year in two halves, month, day; the last days of a month are for a closer look.
+inline constexpr auto kDay = platform::fieldRanges({10, 0, 1, 1}, {99, 99, 12, 31});
+// Hour, minute, minute again, second; day, hour, minute, second.
+inline constexpr auto kTime = platform::fieldRanges({0, 0, 0, 0}, {23, 59, 59, 59});
+inline constexpr auto kDayAndTime = platform::fieldRanges({1, 0, 0, 0}, {31, 23, 59, 59});
+
 inline constexpr unsigned kLongMonths = 0b1'0101'1010'1010;  // bit n: month n has 31 days
 
-// Of digits.
-constexpr bool dayInRange(FourDigits year, FourDigits monthAndDay) noexcept {
+// Of a text whose fields are within kDay.
+constexpr bool monthHasDay(const char16_t* text) noexcept {
+  if (text[6] < u'3' && !(text[6] == u'2' && text[7] == u'9')) return true;
+  const FourDigits monthAndDay(text + 4);
   const unsigned month = monthAndDay.first();
   const unsigned day = monthAndDay.second();
-  if (year.beginsWithZero() || month - 1 > 11) return false;
-  if (day - 1 < kDaysOfAnyMonth) return true;
-  if (month == 2) return day == 29 && isLeapYear(year.all());
+  if (month == 2) return day == 29 && isLeapYear(FourDigits(text).all());
   return day - 1 < 30 + (kLongMonths >> month & 1);
-}
-
-constexpr bool timeInRange(FourDigits hourAndMinute, FourDigits minuteAndSecond) noexcept {
-  return hourAndMinute.first() < 24 && hourAndMinute.second() < 60 && minuteAndSecond.second() < 60;
 }
 
 }  // namespace fixed_date
 
 // YYYYMMDD, years of four digits.
 inline bool isFixedDay(TextView text) noexcept {
-  if (text.size() != 8) return false;
-  const FourDigits year(&text[0]);
-  const FourDigits monthAndDay(&text[4]);
-  return (year.others() | monthAndDay.others()) == 0 && fixed_date::dayInRange(year, monthAndDay);
+  return text.size() == 8 && platform::fieldsWithin(text.data(), fixed_date::kDay) &&
+         fixed_date::monthHasDay(text.data());
 }
 
 // HHMMSS.
 inline bool isFixedTime(TextView text) noexcept {
-  if (text.size() != 6) return false;
-  const FourDigits hourAndMinute(&text[0]);
-  const FourDigits minuteAndSecond(&text[2]);
-  return (hourAndMinute.others() | minuteAndSecond.others()) == 0 &&
-         fixed_date::timeInRange(hourAndMinute, minuteAndSecond);
+  return text.size() == 6 &&
+         platform::fieldsWithin(text.data(), text.data() + 2, fixed_date::kTime);
 }
 
 // YYYYMMDDHHNNSS; midnight alone before day zero, where a time would have to count backwards.
 inline bool isFixedStamp(TextView text) noexcept {
-  if (text.size() != 14) return false;
-  const FourDigits year(&text[0]);
-  const FourDigits monthAndDay(&text[4]);
-  const FourDigits hourAndMinute(&text[8]);
-  const FourDigits minuteAndSecond(&text[10]);
-  const std::uint64_t others =
-      year.others() | monthAndDay.others() | hourAndMinute.others() | minuteAndSecond.others();
-  if (others != 0 || !fixed_date::timeInRange(hourAndMinute, minuteAndSecond) ||
-      !fixed_date::dayInRange(year, monthAndDay)) {
+  if (text.size() != 14 ||
+      !platform::fieldsWithin(text.data(), fixed_date::kDay, text.data() + 6,
+                              fixed_date::kDayAndTime) ||
+      !fixed_date::monthHasDay(text.data())) {
     return false;
   }
-  return year.all() > 1899 || text.compare(0, 8, u"18991230") >= 0 || text.substr(8) == u"000000";
+  return text[0] >= u'2' || text.compare(0, 8, u"18991230") >= 0 || text.substr(8) == u"000000";
 }
 
 }  // namespace veltgeneral

@@ -3,7 +3,7 @@
 namespace veltgeneral {
 
 ErrInfo doneAt(TextView location) {
-  return ErrInfo(0, u"", eiINFORMATIONTYPE, location, Text(kModuleName));
+  return {0, u"", eiINFORMATIONTYPE, location, Text(kModuleName)};
 }
 
 ErrInfo failedAt(TextView location, std::int32_t number, TextView description) {

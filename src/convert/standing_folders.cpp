@@ -20,7 +20,7 @@ bool take(const std::string& folder, Text& out) {
 
 ErrInfo Funzioni::getWinAndSistemDir(Text& sWinDir, Text& sSystemDir) const {
   if (!take(platform::systemFolder(), sSystemDir) || !take(platform::windowsFolder(), sWinDir)) {
-    return ErrInfo(eiABORTED, u"", eiERRORTYPE, u"getWinAndSistemDir", Text(kModuleName));
+    return {eiABORTED, u"", eiERRORTYPE, u"getWinAndSistemDir", Text(kModuleName)};
   }
   return clearedResult();
 }

@@ -16,22 +16,8 @@ struct Field {
 };
 
 constexpr Field kFields[] = {{0, 0, 4}, {5, 4, 2}, {8, 6, 2}, {11, 8, 2}, {14, 10, 2}, {17, 12, 2}};
-constexpr TextView kXmlForm = u"0000-00-00T00:00:00";
+constexpr std::size_t kXmlForm = 19;  // characters, without what may follow
 constexpr TextView kDigits = u"00000000000000";
-
-// Of a text that is long enough and has digits in every field.
-bool copyDigits(TextView xml, char16_t* digits) {
-  if (xml.size() < kXmlForm.size()) return false;
-  char16_t odd = 0;
-  for (const Field& field : kFields) {
-    for (std::size_t i = 0; i < field.size; ++i) {
-      const char16_t c = xml[field.xml + i];
-      odd = static_cast<char16_t>(odd | static_cast<char16_t>(!isDigit(c)));
-      digits[field.digits + i] = c;
-    }
-  }
-  return odd == 0;
-}
 
 // Piece by piece; false where a number is no digits, and so a sign or a blank would stand among
 // them.
@@ -55,12 +41,19 @@ Text Funzioni::getDate2Xml(TextView sDate) const {
   const char16_t* const d = sDate.data();
   const char16_t xml[] = {d[0], d[1], d[2], d[3], u'-',  d[4],  d[5], u'-',  d[6], d[7],
                           u'T', d[8], d[9], u':', d[10], d[11], u':', d[12], d[13]};
-  return Text(xml, std::size(xml));
+  return {xml, std::size(xml)};
 }
 
 Variant Funzioni::getDateFromXml(TextView sDate) const {
+  if (sDate.size() >= kXmlForm) {
+    const char16_t* const x = sDate.data();
+    const char16_t digits[] = {x[0], x[1],  x[2],  x[3],  x[5],  x[6],  x[8],
+                               x[9], x[11], x[12], x[14], x[15], x[17], x[18]};
+    const TextView stamp(digits, std::size(digits));
+    if (isFixedStamp(stamp)) return Variant(std::in_place_type<Text>, stamp);
+  }
   char16_t digits[kDigits.size()];
-  if (!copyDigits(sDate, digits) && !copyPieces(sDate, digits)) return Empty{};
+  if (!copyPieces(sDate, digits)) return Empty{};
   const TextView stamp(digits, kDigits.size());
   if (!isFixedStamp(stamp)) return Empty{};
   return Variant(std::in_place_type<Text>, stamp);

@@ -41,7 +41,7 @@ Text writtenWhole(std::int64_t total) {
   *out++ = u'M';
   out = put(out, rest % 60);
   *out++ = u'S';
-  return Text(text, out);
+  return {text, out};
 }
 
 double amountOf(const Variant& value) {

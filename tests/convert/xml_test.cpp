@@ -6,6 +6,7 @@
 
 #include "automation/coerce.h"
 #include "automation/locale.h"
+#include "support/compiled_locales.h"
 #include "veltgeneral/funzioni.h"
 #include "veltgeneral/runtime_error.h"
 
@@ -169,9 +170,13 @@ const NumberText kNumbers[] = {
     {"en_US", Text(u"&HFF"), 255, 0},
     {"en_US", Text(u"x"), 0, 0},
     {"en_US", Text(u""), 0, 0},
+    {"fr_FR", Text(u"1,5"), 1.5, 0},
+    {"fr_FR", Text(u"1.5"), 0, 0},  // no number there
+    {"fr_FR", 1.5, 1.5, 0},
 };
 
 TEST(Xml, NumbersHaveEitherSeparator) {
+  const CompiledLocales compiled({"fr_FR"});
   for (const NumberText& c : kNumbers) {
     const ScopedLocale locale(c.locale);
     const Funzioni f;

@@ -93,7 +93,7 @@ std::string systemFolder() { return folderFrom("VELTGENERAL_SYSTEM_DIR", "/windo
 
 std::string temporaryFolder() {
   const auto chosen = environment("TMPDIR");
-  const std::string shared = chosen && !chosen->empty() ? withoutSlash(*chosen) : "/tmp";
+  std::string shared = chosen && !chosen->empty() ? withoutSlash(*chosen) : "/tmp";
   if (isOursAlone(shared)) return shared;
   std::string own = shared + "/veltgeneral-" + std::to_string(::geteuid());
   ::mkdir(own.c_str(), S_IRWXU);

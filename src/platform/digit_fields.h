@@ -1,0 +1,34 @@
+// Characters that are digits in fields of two, looked at together.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+namespace veltgeneral::platform {
+
+// The least value of each of four fields, and how many values follow it.
+struct FieldRanges {
+  std::array<std::uint16_t, 8> least;  // a field and 0 in turn
+  std::array<std::uint16_t, 8> span;   // likewise
+};
+
+constexpr FieldRanges fieldRanges(std::array<std::uint16_t, 4> least,
+                                  std::array<std::uint16_t, 4> most) {
+  FieldRanges ranges{};
+  for (std::size_t i = 0; i < least.size(); ++i) {
+    ranges.least[2 * i] = least[i];
+    ranges.span[2 * i] = static_cast<std::uint16_t>(most[i] - least[i]);
+  }
+  return ranges;
+}
+
+// Whether eight characters are digits, and the four fields of two within their ranges.
+bool fieldsWithin(const char16_t* eight, const FieldRanges& ranges) noexcept;
+// The same of both eights.
+bool fieldsWithin(const char16_t* one, const FieldRanges& oneRanges, const char16_t* two,
+                  const FieldRanges& twoRanges) noexcept;
+// Of two fours that make an eight.
+bool fieldsWithin(const char16_t* four, const char16_t* nextFour,
+                  const FieldRanges& ranges) noexcept;
+
+}  // namespace veltgeneral::platform

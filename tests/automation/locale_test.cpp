@@ -10,12 +10,6 @@
 #include "automation/coerce.h"
 #include "support/compiled_locales.h"
 
-// The C library forgets its copy of LOCPATH whenever it looks for a locale there.
-extern "C" __attribute__((visibility("default"))) const char*
-__lsan_default_suppressions() {  // NOLINT(bugprone-reserved-identifier)
-  return "leak:argz_add_sep";
-}
-
 namespace veltgeneral {
 namespace {
 

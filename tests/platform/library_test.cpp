@@ -40,6 +40,9 @@ TEST(Library, ModulesLieBesideTheLibraryUnlessTheEnvironmentSaysWhere) {
   EXPECT_EQ(libraryFolder(), folder);
   ::unsetenv("VELTGENERAL_MODULE_DIR");
   EXPECT_EQ(modulePath("x"), folder + "/veltgeneral/x.so");
+  const std::string beside = modulePath("m");
+  ::setenv("VELTGENERAL_MODULE_DIR", "", 1);
+  EXPECT_EQ(modulePath("m"), beside);
   ::setenv("VELTGENERAL_MODULE_DIR", "/elsewhere", 1);
   EXPECT_EQ(modulePath("x"), "/elsewhere/x.so");
 }

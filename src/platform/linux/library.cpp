@@ -76,7 +76,8 @@ std::string libraryFile() {
 
 std::string modulePath(const std::string& name) {
   const auto folder = environment("VELTGENERAL_MODULE_DIR");
-  return (folder ? *folder : libraryFolder() + "/veltgeneral") + "/" + name + ".so";
+  return (folder && !folder->empty() ? *folder : libraryFolder() + "/veltgeneral") + "/" + name +
+         ".so";
 }
 
 }  // namespace veltgeneral::platform

@@ -10,7 +10,7 @@
 #include <thread>
 
 #include "floor.h"
-#include "platform/linux/profile_file.h"
+#include "platform/linux/settings/profile_file.h"
 #include "settings/support.h"
 #include "veltgeneral/c_ini_file.h"
 #include "veltgeneral/registry_utility.h"

@@ -1,9 +1,9 @@
 // An INI text of any bytes is read and edited without harm, narrow and UTF-16, and what is written
 // into it reads back while the other keys stay.
-#include "platform/linux/profile_file.h"
+#include "platform/linux/settings/profile_file.h"
 
 #include "fuzz/fuzz_input.h"
-#include "platform/linux/settings_text.h"
+#include "platform/linux/settings/settings_text.h"
 #include "settings/support.h"
 
 namespace veltgeneral {

@@ -1,6 +1,6 @@
 // A `.reg` text of any bytes is read, edited and exported without harm, and what is written into it
 // reads back while all else stays.
-#include "platform/linux/reg_file.h"
+#include "platform/linux/settings/reg_file.h"
 
 #include "fuzz/fuzz_input.h"
 #include "settings/support.h"

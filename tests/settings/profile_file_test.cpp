@@ -1,8 +1,8 @@
-#include "platform/linux/profile_file.h"
+#include "platform/linux/settings/profile_file.h"
 
 #include <gtest/gtest.h>
 
-#include "platform/linux/settings_text.h"
+#include "platform/linux/settings/settings_text.h"
 #include "support.h"
 
 namespace veltgeneral::platform {

@@ -1,4 +1,4 @@
-#include "platform/linux/reg_file.h"
+#include "platform/linux/settings/reg_file.h"
 
 #include <gtest/gtest.h>
 

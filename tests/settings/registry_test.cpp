@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include "platform/linux/settings_text.h"
+#include "platform/linux/settings/settings_text.h"
 #include "settings/support.h"
 #include "veltgeneral/registry_utility.h"
 

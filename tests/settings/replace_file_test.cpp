@@ -1,4 +1,4 @@
-#include "platform/linux/replace_file.h"
+#include "platform/linux/settings/replace_file.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

@@ -6,7 +6,7 @@
 #include <unordered_map>
 #include <utility>
 
-#include "platform/linux/reg_file.h"
+#include "platform/linux/settings/reg_file.h"
 
 namespace veltgeneral::platform {
 namespace {

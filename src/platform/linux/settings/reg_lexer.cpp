@@ -1,6 +1,6 @@
-#include "platform/linux/reg_lexer.h"
+#include "platform/linux/settings/reg_lexer.h"
 
-#include "platform/linux/settings_text.h"
+#include "platform/linux/settings/settings_text.h"
 
 namespace veltgeneral::platform {
 namespace {

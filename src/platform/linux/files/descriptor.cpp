@@ -1,4 +1,4 @@
-#include "platform/linux/descriptor.h"
+#include "platform/linux/files/descriptor.h"
 
 #include <sys/file.h>
 #include <unistd.h>

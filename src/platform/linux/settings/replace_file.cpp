@@ -1,4 +1,4 @@
-#include "platform/linux/replace_file.h"
+#include "platform/linux/settings/replace_file.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -11,7 +11,7 @@
 #include <random>
 #include <vector>
 
-#include "platform/linux/descriptor.h"
+#include "platform/linux/files/descriptor.h"
 
 namespace veltgeneral::platform {
 namespace {

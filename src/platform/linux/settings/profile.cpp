@@ -4,9 +4,9 @@
 
 #include <mutex>
 
-#include "platform/linux/file_cache.h"
-#include "platform/linux/profile_file.h"
-#include "platform/linux/replace_file.h"
+#include "platform/linux/settings/file_cache.h"
+#include "platform/linux/settings/profile_file.h"
+#include "platform/linux/settings/replace_file.h"
 
 namespace veltgeneral::platform {
 namespace {

@@ -14,8 +14,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "platform/linux/reg_lexer.h"
-#include "platform/linux/settings_text.h"
+#include "platform/linux/settings/reg_lexer.h"
+#include "platform/linux/settings/settings_text.h"
 #include "platform/registry.h"
 
 namespace veltgeneral::platform {

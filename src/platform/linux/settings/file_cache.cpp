@@ -1,10 +1,10 @@
-#include "platform/linux/file_cache.h"
+#include "platform/linux/settings/file_cache.h"
 
 #include <fcntl.h>
 
 #include <ctime>
 
-#include "platform/linux/descriptor.h"
+#include "platform/linux/files/descriptor.h"
 
 namespace veltgeneral::platform {
 namespace {

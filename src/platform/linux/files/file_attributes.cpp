@@ -8,7 +8,7 @@
 #include <string>
 
 #include "platform/files.h"
-#include "platform/linux/dos_attributes.h"
+#include "platform/linux/files/dos_attributes.h"
 #include "platform/linux/host_error.h"
 
 namespace veltgeneral::platform {

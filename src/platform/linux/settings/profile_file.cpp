@@ -1,9 +1,9 @@
-#include "platform/linux/profile_file.h"
+#include "platform/linux/settings/profile_file.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "platform/linux/settings_text.h"
+#include "platform/linux/settings/settings_text.h"
 
 namespace veltgeneral::platform {
 namespace {

@@ -5,8 +5,8 @@
 #include <cstdio>
 #include <utility>
 
-#include "platform/linux/reg_lexer.h"
-#include "platform/linux/settings_text.h"
+#include "platform/linux/settings/reg_lexer.h"
+#include "platform/linux/settings/settings_text.h"
 
 namespace veltgeneral::platform {
 namespace {

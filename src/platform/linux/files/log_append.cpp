@@ -8,8 +8,8 @@
 #include <cerrno>
 #include <cstdio>
 
-#include "platform/linux/descriptor.h"
-#include "platform/linux/replace_file.h"
+#include "platform/linux/files/descriptor.h"
+#include "platform/linux/settings/replace_file.h"
 
 namespace veltgeneral::platform {
 namespace {

@@ -9,9 +9,9 @@
 
 #include "platform/environment.h"
 #include "platform/folders.h"
-#include "platform/linux/file_cache.h"
-#include "platform/linux/reg_file.h"
-#include "platform/linux/replace_file.h"
+#include "platform/linux/settings/file_cache.h"
+#include "platform/linux/settings/reg_file.h"
+#include "platform/linux/settings/replace_file.h"
 
 namespace veltgeneral::platform {
 namespace {

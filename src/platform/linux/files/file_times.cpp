@@ -3,7 +3,7 @@
 #include <sys/xattr.h>
 
 #include "platform/files.h"
-#include "platform/linux/dos_attributes.h"
+#include "platform/linux/files/dos_attributes.h"
 
 namespace veltgeneral::platform {
 namespace {

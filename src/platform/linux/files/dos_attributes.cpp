@@ -1,4 +1,4 @@
-#include "platform/linux/dos_attributes.h"
+#include "platform/linux/files/dos_attributes.h"
 
 #include <sys/xattr.h>
 

@@ -18,7 +18,9 @@ target_compile_options(veltgeneral_options INTERFACE
   # What g++ does not count among these either.
   $<$<CXX_COMPILER_ID:Clang>:-Wno-sign-conversion -Wno-return-type-c-linkage>)
 if(VELTGENERAL_SANITIZE)
-  # Everywhere, so that every object of a process agrees.
-  add_compile_options(-fsanitize=${VELTGENERAL_SANITIZE} -fno-omit-frame-pointer -g)
+  # Everywhere, so that every object of a process agrees. A finding ends the program: one that is
+  # only printed would pass.
+  add_compile_options(-fsanitize=${VELTGENERAL_SANITIZE} -fno-sanitize-recover=all
+    -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${VELTGENERAL_SANITIZE})
 endif()

@@ -71,7 +71,14 @@ VELTGENERAL_API void vg_error_free(vg_error* error);
 
 /* ---- Values ---- */
 
-typedef enum vg_kind {
+/* A C caller may pass any number as an enumeration; C++ must know that, too. */
+#ifdef __cplusplus
+#define VG_ANY_NUMBER : unsigned int
+#else
+#define VG_ANY_NUMBER
+#endif
+
+typedef enum vg_kind VG_ANY_NUMBER {
   VG_EMPTY,   /* not yet given a value */
   VG_MISSING, /* an optional argument that was left out */
   VG_NULL,    /* known to have no value */
@@ -182,7 +189,11 @@ VELTGENERAL_API vg_status vg_array_write(vg_value* value, size_t first, size_t c
 
 /* ---- Objects ---- */
 
-typedef enum vg_call_kind { VG_METHOD, VG_PROPERTY_GET, VG_PROPERTY_PUT } vg_call_kind;
+typedef enum vg_call_kind VG_ANY_NUMBER {
+  VG_METHOD,
+  VG_PROPERTY_GET,
+  VG_PROPERTY_PUT
+} vg_call_kind;
 
 /* `name` is a class with or without the prefix "VeltGeneral."; error 429 for no such class. */
 VELTGENERAL_API vg_status vg_create(const char* name, vg_object** object, vg_error** error);

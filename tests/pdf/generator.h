@@ -6,7 +6,6 @@
 
 #include <cstdint>
 #include <cstdio>
-#include <regex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -58,23 +57,23 @@ class Generator {
     return out;
   }
   std::string info(const std::string& name) const {
-    std::smatch found;
-    const std::string all = ask("pdfinfo %s");
-    return std::regex_search(all, found, std::regex(name + ": +(.*)")) ? found[1].str() : "";
+    std::string all = '\n' + ask("pdfinfo %s");
+    if (!skipBehind(all, '\n' + name + ':')) return "";
+    all.erase(0, all.find_first_not_of(' '));
+    return upTo(all, "\n");
   }
   // Every word of the document with its place in points, as a reader finds it.
   std::vector<Word> words() const {
-    const std::string all = ask("pdftotext -bbox %s - 2>/dev/null");
-    static const std::regex item(
-        "<page |xMin=\"(.*?)\" yMin=\"(.*?)\" xMax=\"(.*?)\" yMax=\"(.*?)\">(.*?)</word>");
+    std::string all = ask("pdftotext -bbox %s - 2>/dev/null");
     std::vector<Word> words;
-    int page = 0;
-    for (std::sregex_iterator i(all.begin(), all.end(), item); i != std::sregex_iterator(); ++i) {
-      if (!(*i)[1].matched)
-        ++page;
-      else
-        words.push_back({page, std::stod((*i)[1]), std::stod((*i)[2]), std::stod((*i)[3]),
-                         std::stod((*i)[4]), (*i)[5]});
+    for (int page = 1; skipBehind(all, "<page "); ++page) {
+      std::string rest = upTo(all, "</page>");
+      while (skipBehind(rest, "xMin=\"")) {
+        Word& word = words.emplace_back(Word{page, std::stod(rest), 0, 0, 0, ""});
+        for (double* edge : {&word.top, &word.right, &word.bottom})
+          *edge = skipBehind(rest, "=\"") ? std::stod(rest) : -1;
+        word.text = skipBehind(rest, ">") ? upTo(rest, "</word>") : "";
+      }
     }
     return words;
   }
@@ -87,6 +86,17 @@ class Generator {
   }
 
   drawing::TempFolder folder;
+
+ private:
+  // Drops what comes before `mark` and the mark; false, and nothing changed, where there is none.
+  static bool skipBehind(std::string& text, std::string_view mark) {
+    const std::size_t at = text.find(mark);
+    if (at != std::string::npos) text.erase(0, at + mark.size());
+    return at != std::string::npos;
+  }
+  static std::string upTo(const std::string& text, std::string_view mark) {
+    return text.substr(0, text.find(mark));
+  }
 };
 
 }  // namespace veltgeneral::pdf

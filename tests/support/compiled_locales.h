@@ -9,12 +9,6 @@
 #include <stdexcept>
 #include <string>
 
-// The C library forgets its copy of LOCPATH whenever it looks for a locale there.
-extern "C" [[gnu::used, gnu::visibility("default")]] inline const char*
-__lsan_default_suppressions() {  // NOLINT(bugprone-reserved-identifier)
-  return "leak:argz_add_sep";
-}
-
 namespace veltgeneral {
 
 class CompiledLocales {

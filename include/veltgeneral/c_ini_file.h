@@ -23,10 +23,10 @@ namespace veltgeneral {
 
 class VELTGENERAL_API cInifile {
  public:
-  // Has no effect.
+  // Has no effect: whether a file is UTF-16 is seen on every access.
   void CheckForUnicodeFile();
 
-  // Whether Value uses the wide calls; a file that they create is UTF-16.
+  // Whether Value uses the wide calls, false to begin with; a file that they create is UTF-16.
   void setIsNt(bool value);
 
   // 0 after a write or deletion that failed, else not 0. Reads leave it alone.
@@ -35,40 +35,49 @@ class VELTGENERAL_API cInifile {
   // Whether the file has a section of exactly this name, case included.
   bool SectionExists(TextView section);
 
+  // Whether the last write or deletion succeeded: LastReturnCode is not 0.
   bool Success() const noexcept { return lastReturnCode_ != 0; }
 
+  // The text that Value reads as where the key is missing. Unset reads as the empty text.
   void setDefault(TextView value) { default_ = value; }
   Text Default() const { return default_.value_or(Text()); }
+  // The INI file. It is not opened before it is needed, and need not be there.
   void setPath(TextView value);
   Text Path() const { return path_.value_or(Text()); }
+  // The current key, matched without regard to case. Once set it stays set: an empty text is a name
+  // too.
   void setKey(TextView value) { key_ = value; }
   Text key() const { return key_.value_or(Text()); }
+  // The current section, likewise.
   void setSection(TextView value) { section_ = value; }
   Text section() const { return section_.value_or(Text()); }
 
   // The value of the current key, at most 381 characters; Default where there is none.
   Text Value();
-  // Writes it, creating file and section as needed. NULs are taken out of `value`, in the caller's
-  // hands too.
+  // Assigning writes it, creating file and section as needed. NULs are taken out of `value`, in the
+  // caller's hands too.
   void setValue(Text& value);
 
+  // As last assigned.
   bool isNt() const noexcept { return isNt_; }
 
-  // One that is not there counts as deleted.
+  // Deletes the current key. One that is not there counts as deleted.
   void DeleteKey();
+  // Deletes the current section with all its keys. One that is not there counts as deleted.
   void DeleteSection();
 
   // The names of the current section's keys, a NUL behind each, cut at 8190 characters.
   Text INISection();
-  // Deletes the current section; the text is not used.
+  // Assigning deletes the current section; the text is not used.
   void setINISection(TextView value);
 
-  // The names of all sections, likewise.
+  // The names of all sections, a NUL behind each, cut at 8190 characters.
   Text Sections();
 
-  // The same names as elements 1 to iCount; unallocated where there is none. Names that the cut
-  // left incomplete are not counted, nor are empty names of sections.
+  // The names that INISection gives as elements 1 to `iCount`; unallocated where there is none. A
+  // name that the cut left incomplete is not counted.
   void EnumerateCurrentSection(TextArray& sKey, std::int32_t& iCount);
+  // The names that Sections gives, likewise; empty names are not counted either.
   void EnumerateAllSections(TextArray& sSections, std::int32_t& iCount);
 
   // Writes a window's state and, unless it is maximised, its placement in twips into the current

@@ -13,7 +13,9 @@
 
 namespace veltgeneral {
 
-// The enumerators keep their published spelling.
+// Numbers of results that all classes share; the enumerators keep their published spelling. The
+// library itself answers with success, with ABORTED for an operation that could not be done, and
+// with REGISTRYERROR; the other two are for callers. Any positive number is a run-time error's.
 enum errInfoCostant : std::int32_t {
   eiSUCCESFULL = 0,
   eiABORTED = -2147220904,        // 0x80040258
@@ -22,6 +24,8 @@ enum errInfoCostant : std::int32_t {
   eiREGISTRYERROR = -2147220901,  // 0x8004025B
 };
 
+// The severity of a result, which decides whether the log takes it. A result as newly created has
+// 0.
 enum typeInfoCostant : std::int32_t {
   eiERRORTYPE = 1,
   eiWARNINGTYPE = 2,
@@ -29,10 +33,13 @@ enum typeInfoCostant : std::int32_t {
   eiDEBUGTYPE = 4,
 };
 
+// Numbers of results that one class owns; published for callers, none is ever an answer.
 enum gcmFileUtility : std::int32_t { gcmfileutilityFILENOTFOUND = -2147220804 };  // 0x800402BC
+// As gcmFileUtility, for RegistryUtility.
 enum gcmRegistryUtylity : std::int32_t {
-  gcmregistryutilityKEYNOTFOUND = -2147220604
-};                                                                         // 0x80040384
+  gcmregistryutilityKEYNOTFOUND = -2147220604  // 0x80040384
+};
+// As gcmFileUtility, for Funzioni.
 enum gcmFunzioni : std::int32_t { gcmfunzioniDATEINVALID = -2147220704 };  // 0x80040320
 
 // What ErrInfoNew reads; a field left empty says nothing.
@@ -75,7 +82,8 @@ class VELTGENERAL_API ErrInfo {
   // cleared result.
   ErrInfo clone(ErrInfo& oObject) const;
 
-  // Copies the fields out; each pointer may be null. Returns 0.
+  // Copies the fields into the arguments. Optional ones that are left out are not filled. Returns
+  // 0.
   std::int16_t getInfo(std::int32_t& lNumberInfo, Text& sDescriptionInfo, std::int16_t& iTypeInfo,
                        Text& sLocationInfo, Variant* vntClassInfo = nullptr,
                        Variant* vntProcessInfo = nullptr, Variant* vntStepInfo = nullptr) const;
@@ -83,11 +91,17 @@ class VELTGENERAL_API ErrInfo {
   // Loads the log's settings from the registry; what is missing or no number has its default.
   void runInitialize();
 
+  // 0 for success; else a number of errInfoCostant or of a run-time error.
   std::int32_t numberInfo() const noexcept { return numberInfo_; }
+  // The message, for people.
   const Text& descriptionInfo() const noexcept { return descriptionInfo_; }
+  // The severity, of typeInfoCostant.
   std::int16_t typeInfo() const noexcept { return typeInfo_; }
+  // The member that produced the result, as "readFile".
   const Text& locationInfo() const noexcept { return locationInfo_; }
+  // The name under which the library was built, where the member says it.
   const Text& processInfo() const noexcept { return processInfo_; }
+  // The class that produced the result, as "FileUtility".
   const Text& classInfo() const noexcept { return classInfo_; }
 
   // The log's settings as the registry has them: the folder of the common log file (the library's
@@ -95,13 +109,14 @@ class VELTGENERAL_API ErrInfo {
   // 1; the length in bytes beyond which a file is rotated, by default 1024000. Always true.
   bool getInfoForLogSystem(Text& sLogPath, std::int16_t& iTrace, std::int32_t& lByteSwitch);
 
+  // The step inside the member, a text; empty where the member has none.
   Variant stepInfo() const { return stepInfo_; }
 
   // Number 0, texts empty, severity eiDEBUGTYPE: not quite the state of a new object, whose
   // severity is 0.
   void clear();
 
-  // Number 0, whatever the severity.
+  // Whether the number is 0, whatever the severity.
   bool isSuccess() const noexcept { return numberInfo_ == 0; }
 
   // Appends the result as one line to `sErrLogName` (a full path), and to the common log file where

@@ -17,8 +17,8 @@
 
 namespace veltgeneral {
 
-// Records of the platform that callers know, in its layout. UpdateFileTime speaks of the first; no
-// member reads or fills the second.
+// A date and time field by field, as callers know it from the platform, in its layout.
+// UpdateFileTime takes these fields one by one; no member reads or fills the record.
 struct SYSTEMTIME {
   std::int16_t wYear;
   std::int16_t wMonth;  // 1 to 12
@@ -30,6 +30,8 @@ struct SYSTEMTIME {
   std::int16_t wMilliseconds;
 };
 
+// The rules of a time zone, as callers know them from the platform, in its layout: minutes to be
+// added to local time, names, and the days of change. No member reads or fills it.
 struct TIME_ZONE_INFORMATION {
   std::int32_t Bias;
   char16_t StandardName[32];
@@ -88,7 +90,8 @@ class VELTGENERAL_API FileUtility {
   ErrInfo getCsvStringFromArray(Text& sStringFile, TextArray& sArrayValue, std::int32_t lNumRows,
                                 std::int32_t lNumColumns, TextView sDelim);
 
-  // Writes that text with `writeFile` and the archive attribute; the result is that of `writeFile`.
+  // Writes what `getCsvStringFromArray` builds with `writeFile` and the archive attribute; the
+  // result is that of `writeFile`, or of the building where that fails: no file is written then.
   // The file ends with two line breaks, or holds one alone when no row had data.
   ErrInfo writeCsvFileFromArray(TextView sFileName, TextArray& sArrayValue, std::int32_t lNumRows,
                                 std::int32_t lNumColumns);

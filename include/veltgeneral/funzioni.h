@@ -19,7 +19,8 @@
 
 namespace veltgeneral {
 
-// Any other value is accepted as an engine that nothing is known of.
+// The database that a literal is written for. Any other value is accepted as an engine that nothing
+// is known of.
 enum typeDataBaseEngine : std::int32_t {
   dbengineORACLE = 1,
   dbengineMSACCESS = 2,
@@ -47,19 +48,22 @@ class VELTGENERAL_API Funzioni {
   ErrInfo quickSortArray(TextArray& SortArray, std::int32_t Low, std::int32_t High,
                          std::int16_t iByteStart, std::int16_t iByteLen, bool bIgnoreUcase);
 
-  // Days and times that the calendar has, written in exactly 8, 14 and 6 digits, years 1000 to
-  // 9999. A time other than midnight before 30 December 1899 is refused: the sum of a negative day
-  // number and a time does not come back as it went in.
+  // Whether the text is a day that the calendar has, in exactly 8 digits, years 1000 to 9999.
   bool isDateYYYYMMDD(TextView sDate) const;
+  // Whether the text is such a day with a time, in exactly 14 digits. A time other than midnight
+  // before 30 December 1899 is refused: the sum of a negative day number and a time does not come
+  // back as it went in.
   bool isDateYYYYMMDDHH24MISS(TextView sDate) const;
+  // Whether the text is a time of day, in exactly 6 digits.
   bool isTimeHH24MISS(TextView sTime) const;
 
-  // The two texts that stand for no date: "00000000", and eight blanks.
+  // Whether the text is "00000000", which stands for no date.
   bool isDateYYYYMMDDefault(TextView sDate) const;
+  // Whether the text is eight blanks, which stand for no date too.
   bool isDateYYYYMMDDefaultSpaces(TextView sDate) const;
 
-  // Four digits that are a leap year of the Gregorian calendar, "0000" included. `sAnno` is not
-  // changed.
+  // Whether the text is four digits that are a leap year of the Gregorian calendar, "0000"
+  // included. `sAnno` is not changed.
   bool isYYYYBisestile(Text& sAnno) const;
 
   // The day of the week, 1 for Sunday to 7 for Saturday: as the table of Italian and English
@@ -67,13 +71,14 @@ class VELTGENERAL_API Funzioni {
   // their range carry, years below 100 are of the 20th and 21st century, and a field is any text
   // that is a number. 0 also where a field is none, or the day is outside the years 100 to 9999.
   std::int16_t getDayNumberFromYYYYMMDD(TextView sDateYYYYMMDD) const;
+  // The same of a date.
   std::int16_t getDayNumberFromDate(Date sDate) const;
 
   // "20240131235959" as "2024-01-31T23:59:59" (ISO 8601); the empty text for what
   // isDateYYYYMMDDHH24MISS refuses.
   Text getDate2Xml(TextView sDate) const;
-  // The way back: a text of 14 digits, or empty where they are no date. Separators are not looked
-  // at; what is missing at the end, or no number, counts as zeros.
+  // getDate2Xml backwards: a text of 14 digits, or empty where they are no date. Separators are not
+  // looked at; what is missing at the end, or no number, counts as zeros.
   Variant getDateFromXml(TextView sDate) const;
 
   // 1 for a number equal to true (-1), else 0; the text "True" is no number.
@@ -81,14 +86,17 @@ class VELTGENERAL_API Funzioni {
   // Whether the value is a number equal to 1.
   bool getBoolFromXml(const Variant& vntBool) const;
 
-  // Durations in tenths, work in thousandths of a minute, as "PT1H30M0S" (ISO 8601); seconds may
-  // have a fraction, and amounts below zero stand in the seconds alone. "PT0H0M0S" for what is no
-  // number.
+  // A duration in tenths of a minute as "PT1H30M0S" (ISO 8601), hours beyond 24 included; seconds
+  // may have a fraction, and an amount below zero stands in the seconds alone. "PT0H0M0S" for what
+  // is no number.
   Text getDur2Xml(const Variant& vntDur) const;
-  // The way back for whole seconds: only digits and the letters H, M and S count, so "7.5S" is 75
-  // seconds. Throws RuntimeError 13 for a letter without digits, and as a conversion to text does.
+  // getDur2Xml backwards, for whole seconds. Behind the first two characters,
+  // whatever they are, only digits and the letters H, M and S count, so "PT7.5S" is 75 seconds.
+  // Throws RuntimeError 13 for a letter without digits, and as a conversion to text does.
   double getDurFromXml(const Variant& vntDur) const;
+  // An amount of work in thousandths of a minute, written as getDur2Xml writes durations.
   Text getWork2Xml(const Variant& vntBool) const;
+  // getWork2Xml backwards, by the rules of getDurFromXml.
   double getWorkFromXml(const Variant& vntWork) const;
 
   // A single or double as a text with "." for the comma, a decimal as a 16-bit integer, any other
@@ -107,14 +115,15 @@ class VELTGENERAL_API Funzioni {
   Variant getDataForDB(typeDataBaseEngine lEngine, const Variant& sDateYYYYMMDDHHMMSS) const;
   // What a boolean (-1 or 0) is multiplied by for the engine.
   std::int16_t getBoolForDB(typeDataBaseEngine lEngine) const;
-  // The number so multiplied: for the second engine as it is, negated for the others. `vntBool` is
-  // not changed. Throws RuntimeError 6 beyond 16 bits.
+  // The number multiplied by getBoolForDB's answer: for the second engine as it is, negated for the
+  // others. `vntBool` is not changed. Throws RuntimeError 6 beyond 16 bits.
   Variant getBoolForDBx(typeDataBaseEngine lEngine, Variant& vntBool) const;
   // As getNumber2Xml. A single or double becomes that text in `vntValue` too.
   Variant getNumberForDB(typeDataBaseEngine lEngine, Variant& vntValue) const;
 
-  // Each rewrites a text character by character, drops the blanks at the end, and answers with a
-  // single blank where nothing is left. `sStringaOut` may be the variable that `sStringa` is.
+  // Normalisers. Each rewrites a text character by character, drops the blanks at the end, and
+  // answers with a single blank where nothing is left. `sStringaOut` may be the variable that
+  // `sStringa` is.
   //
   // Success is severity 3, this member as location and the module name as class. A text longer than
   // 32,767 characters is error 6, which is logged and leaves `sStringaOut` alone.
@@ -135,21 +144,22 @@ class VELTGENERAL_API Funzioni {
   // is then a new one.
   ErrInfo normStringOnlyApiceWithNull(const Variant& vntStringa, Variant& vntStringaOut) const;
 
-  // Shifts each character by 10 codes up, or down, in the system's code page; one that the page
-  // does not have counts as "?". No protection of anything. A code beyond 0 to 255 is error 5,
-  // logged as above; the output is then left alone.
+  // Shifts each character by 10 codes up in the system's code page; one that the page does not have
+  // counts as "?". No protection of anything. A code beyond 255 is error 5, which is logged and
+  // leaves the output alone.
   ErrInfo simpleEncrypt(TextView sToEncrypt, Text& sEncrypted) const;
+  // The same downwards: simpleEncrypt backwards. A code below 0 is error 5.
   ErrInfo simpleDecrypt(TextView sToDecrypt, Text& sDecrypted) const;
 
   // Has the PDF generator (VELTGENERAL_PDF_LIBRARY, else our own) write the document that a command
   // file describes. Success is a cleared result. What the generator refuses is eiABORTED with its
   // message; a generator that is not there or not whole is error 53, 48 or 453. All are logged.
   ErrInfo createPdfFile(TextView sCommandFile, TextView sPdfFile) const;
-  // The same in memory: `vntPdfStream` becomes a text with one character of the code page for each
-  // byte. The work files "cmd.7055" and "pdf.7055" (four digits drawn from the process's
-  // pseudo-random numbers) stay in a temporary folder that only the user can reach. A work file
-  // that cannot be written or read gives the result of writeFile or readBinaryFile; success is
-  // that of readBinaryFile. Any failure leaves `vntPdfStream` alone.
+  // As createPdfFile, in memory: `vntPdfStream` becomes the document, a text with one character of
+  // the code page for each byte. The work files "cmd.7055" and "pdf.7055" (four digits drawn from
+  // the process's pseudo-random numbers) stay in a temporary folder that only the user can reach. A
+  // work file that cannot be written or read gives the result of writeFile or readBinaryFile;
+  // success is that of readBinaryFile. Any failure leaves `vntPdfStream` alone.
   ErrInfo createPdfStream(const Variant& vntCommandStream, Variant& vntPdfStream) const;
 
   // Where Windows and its system files would lie on this host, without a slash at the end. Success

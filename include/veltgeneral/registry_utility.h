@@ -29,8 +29,9 @@ class VELTGENERAL_API RegistryUtility {
   ErrInfo getInfoForConnection(TextView sApplicationName, Text& sConnectionDbName,
                                Text& sConnectionUser, Text& sConnectionPassword);
 
-  // Stores them, trailing blanks removed and otherwise as they are: the password too. The first
-  // failure (eiREGISTRYERROR, logged) stops; what was written before stays.
+  // Stores an application's connection settings, trailing blanks removed and otherwise as they are:
+  // the password too. The first failure (eiREGISTRYERROR, logged) stops; what was written before
+  // stays.
   ErrInfo saveInfoForConnection(TextView sApplicationName, TextView sConnectionDbName,
                                 TextView sConnectionUser, TextView sConnectionPassword);
 
@@ -38,15 +39,16 @@ class VELTGENERAL_API RegistryUtility {
   // value "Check" of SOFTWARE\Zoltra.
   bool isRegistryInWritePermission();
 
-  // Reads and writes one entry of Tarnview.dat. The folder is separated from the name by "\", which
-  // is added where it is missing, and so is the root folder where none is configured. Both succeed
-  // whatever becomes of the file: a missing entry is empty, a failed write goes unnoticed. Reading
-  // logs the folder as a warning. `sValue` comes back as the file's code page holds it.
+  // Reads one entry of Tarnview.dat, and logs its folder as a warning. The folder is separated from
+  // the name by "\", which is added where it is missing, and so is the root folder where none is
+  // configured. A success whatever becomes of the file: a missing entry is empty.
   ErrInfo getTarnviewConfValue(Text& sSection, Text& sKeyName, Text& sValue);
+  // Writes one entry there, in the same folder. A success too: a failed write goes unnoticed.
+  // `sValue` comes back as the file's code page holds it.
   ErrInfo setTarnviewConfValue(Text& sSection, Text& sKeyName, Text& sValue);
 
-  // Replaces the whole file; the result is that of FileUtility's writeFile. Here nothing is put
-  // between folder and name: "D:\data" makes D:\dataTarnview.dat.
+  // Replaces the whole of Tarnview.dat; the result is that of FileUtility's writeFile. Here nothing
+  // is put between folder and name: "D:\data" makes D:\dataTarnview.dat.
   ErrInfo setTarnviewDatFileValue(TextView sCustomValue);
 
   // Whether an entry written to Tarnview.dat can be read back. Leaves it there, empty.

@@ -27,6 +27,7 @@ class ReportSurface;
 class ReportSurfaces;
 }  // namespace platform
 
+// Where a report is drawn.
 enum typeOutputReport : std::int32_t { torFORM = 1, torPRINTER = 2 };
 
 class VELTGENERAL_API Reporting {

@@ -19,7 +19,7 @@ import unittest
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 PAGES = sorted([*ROOT.glob("*.md"), *ROOT.glob("docs/**/*.md")])
 BLOCK = re.compile(r"^```(sh|python|cpp|console)\n(.*?)^```$(?:\n+```text\n(.*?)^```$)?", re.M | re.S)
-LINK = re.compile(r"\]\(([^)#:]+)(?:#([^)]*))?\)")
+LINK = re.compile(r"\]\(([^)#:]*)(?:#([^)]*))?\)")
 BUILD = {name: os.environ[name] for name in ("VELT", "LIBRARY", "PYTHON_PACKAGE", "CXX")}
 
 
@@ -80,7 +80,7 @@ class Pages(unittest.TestCase):
         for page in PAGES:
             with self.subTest(page=page.name):
                 for target, anchor in LINK.findall(page.read_text()):
-                    linked = page.parent / target
+                    linked = page.parent / target if target else page
                     self.assertTrue(linked.exists(), target)
                     if anchor:
                         self.assertIn(anchor, anchors(linked), target)

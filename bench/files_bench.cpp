@@ -1,6 +1,7 @@
-// Whole files and tables beside their floors: one read or write of the same bytes plus one widening
-// or narrowing loop, into fresh memory on huge pages.
+// Whole files, tables and records beside their floors: reading or writing the same bytes and one
+// widening or narrowing loop, into fresh memory on huge pages.
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -55,6 +56,31 @@ std::string tableFile(std::size_t size, bool cut = false) {
   return path;
 }
 
+// How the floor reads a file: like any reader that has to learn first how much memory to take; or
+// with the size given, which no reader is.
+enum Reading { kAsksSize, kGivenSize };
+
+void readInto(const std::string& path, std::uint8_t* bytes, std::size_t size, Reading reading) {
+  const int fd = open(path.c_str(), O_RDONLY);
+  struct stat info {};
+  if (reading == kAsksSize && fstat(fd, &info) != 0) std::abort();
+  if (read(fd, bytes, size) != static_cast<ssize_t>(size)) std::abort();
+  close(fd);
+}
+
+// What reading a file as text cannot do without.
+void readAndWiden(const std::string& path, std::size_t size, Reading reading) {
+  const Fresh<std::uint8_t> bytes(size);
+  const Fresh<char16_t> text(size);
+  readInto(path, bytes.data, size, reading);
+  for (std::size_t i = 0; i < size; ++i) text.data[i] = bytes.data[i];
+  benchmark::DoNotOptimize(text.data);
+  benchmark::ClobberMemory();
+}
+
+const std::vector<std::vector<std::int64_t>> kWholeFiles{{4 << 10, 100 << 20},
+                                                         {kAsksSize, kGivenSize}};
+
 void readFile(benchmark::State& state) {
   const auto size = static_cast<std::size_t>(state.range(0));
   const std::string path = tableFile(size, true);
@@ -66,19 +92,10 @@ void readFile(benchmark::State& state) {
         FileUtility().readFile(name, text);
         benchmark::DoNotOptimize(text.data());
       },
-      [&] {
-        const int fd = open(path.c_str(), O_RDONLY);
-        const Fresh<std::uint8_t> bytes(size);
-        const Fresh<char16_t> text(size);
-        if (read(fd, bytes.data, size) < 0) std::abort();
-        for (std::size_t i = 0; i < size; ++i) text.data[i] = bytes.data[i];
-        benchmark::DoNotOptimize(text.data);
-        benchmark::ClobberMemory();
-        close(fd);
-      });
+      [&] { readAndWiden(path, size, static_cast<Reading>(state.range(1))); });
   state.SetBytesProcessed(state.iterations() * state.range(0));
 }
-BENCHMARK(readFile)->Arg(4 << 10)->Arg(100 << 20)->UseManualTime();
+BENCHMARK(readFile)->ArgNames({"", "sizeGiven"})->ArgsProduct(kWholeFiles)->UseManualTime();
 
 void writeFile(benchmark::State& state) {
   const auto size = static_cast<std::size_t>(state.range(0));
@@ -110,15 +127,13 @@ void readBinaryFile(benchmark::State& state) {
         benchmark::DoNotOptimize(bytes);
       },
       [&] {
-        const int fd = open(path.c_str(), O_RDONLY);
         const Fresh<std::uint8_t> bytes(size);
-        if (read(fd, bytes.data, size) < 0) std::abort();
+        readInto(path, bytes.data, size, static_cast<Reading>(state.range(1)));
         benchmark::DoNotOptimize(bytes.data);
-        close(fd);
       });
   state.SetBytesProcessed(state.iterations() * state.range(0));
 }
-BENCHMARK(readBinaryFile)->Arg(4 << 10)->Arg(100 << 20)->UseManualTime();
+BENCHMARK(readBinaryFile)->ArgNames({"", "sizeGiven"})->ArgsProduct(kWholeFiles)->UseManualTime();
 
 // Reading, finding every separator and line end, and widening: what no table reader can do without.
 void tableFloor(const std::string& path, std::size_t size) {
@@ -269,16 +284,7 @@ void readRecords(benchmark::State& state) {
           benchmark::DoNotOptimize(list);
         }
       },
-      [&] {
-        const int fd = open(path.c_str(), O_RDONLY);
-        const Fresh<std::uint8_t> bytes(size);
-        const Fresh<char16_t> text(size);
-        if (read(fd, bytes.data, size) < 0) std::abort();
-        for (std::size_t i = 0; i < size; ++i) text.data[i] = bytes.data[i];
-        benchmark::DoNotOptimize(text.data);
-        benchmark::ClobberMemory();
-        close(fd);
-      });
+      [&] { readAndWiden(path, size, kGivenSize); });
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(size));
   state.SetItemsProcessed(state.iterations() * kRecords);
 }

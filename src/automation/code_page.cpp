@@ -4,6 +4,7 @@
 #include <cctype>
 #include <optional>
 
+#include "platform/ascii_copy.h"
 #include "platform/environment.h"
 #include "platform/single_byte_page.h"
 #include "veltgeneral/runtime_error.h"
@@ -14,10 +15,6 @@ namespace {
 using Page = std::array<char16_t, 256>;
 
 constexpr std::uint8_t kUnknown = '?';
-
-// Elements that one step of the loops below looks at together: the compiler turns each of its plain
-// inner loops into a few vector instructions.
-constexpr std::size_t kBlock = 64;
 
 // Code page 1252: ISO 8859-1 but for these. 81, 8D, 8F, 90 and 9D have no character.
 constexpr std::array<char16_t, 32> kCp1252From80{
@@ -39,18 +36,6 @@ std::optional<Page> pageOf(std::string_view name) {
   return platform::singleBytePage(upper);
 }
 
-bool isAscii(const std::uint8_t* bytes) {
-  unsigned all = 0;
-  for (std::size_t i = 0; i < kBlock; ++i) all |= bytes[i];
-  return all < 0x80;
-}
-
-bool isAscii(const char16_t* text) {
-  char16_t all = 0;
-  for (std::size_t i = 0; i < kBlock; ++i) all = static_cast<char16_t>(all | text[i]);
-  return all < 0x80;
-}
-
 }  // namespace
 
 CodePage::CodePage(std::string_view name) {
@@ -68,29 +53,19 @@ CodePage::CodePage(std::string_view name) {
 std::uint8_t CodePage::byte(char16_t character) const noexcept { return bytes_[character]; }
 
 void CodePage::widen(std::span<const std::uint8_t> bytes, char16_t* out) const noexcept {
-  const std::uint8_t* in = bytes.data();
-  std::size_t left = bytes.size();
-  for (; left >= kBlock; left -= kBlock, in += kBlock, out += kBlock) {
-    if (holdsAscii_ && isAscii(in)) {
-      for (std::size_t i = 0; i < kBlock; ++i) out[i] = in[i];
-    } else {
-      for (std::size_t i = 0; i < kBlock; ++i) out[i] = characters_[in[i]];
-    }
+  for (std::size_t done = 0; done < bytes.size();) {
+    if (holdsAscii_) done += platform::widenAscii(bytes.subspan(done), out + done);
+    const std::size_t end = std::min(bytes.size(), done + platform::kAsciiBlock);
+    for (; done < end; ++done) out[done] = characters_[bytes[done]];
   }
-  for (std::size_t i = 0; i < left; ++i) out[i] = characters_[in[i]];
 }
 
 void CodePage::narrow(TextView text, std::uint8_t* out) const noexcept {
-  const char16_t* in = text.data();
-  std::size_t left = text.size();
-  for (; left >= kBlock; left -= kBlock, in += kBlock, out += kBlock) {
-    if (holdsAscii_ && isAscii(in)) {
-      for (std::size_t i = 0; i < kBlock; ++i) out[i] = static_cast<std::uint8_t>(in[i]);
-    } else {
-      for (std::size_t i = 0; i < kBlock; ++i) out[i] = bytes_[in[i]];
-    }
+  for (std::size_t done = 0; done < text.size();) {
+    if (holdsAscii_) done += platform::narrowAscii(text.substr(done), out + done);
+    const std::size_t end = std::min(text.size(), done + platform::kAsciiBlock);
+    for (; done < end; ++done) out[done] = bytes_[text[done]];
   }
-  for (std::size_t i = 0; i < left; ++i) out[i] = bytes_[in[i]];
 }
 
 const CodePage& systemCodePage() {

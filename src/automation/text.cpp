@@ -1,5 +1,7 @@
 #include "veltgeneral/text.h"
 
+#include "platform/ascii_copy.h"
+
 namespace veltgeneral {
 namespace {
 
@@ -62,9 +64,11 @@ constexpr bool isLow(char16_t c) { return (c & 0xFC00) == 0xDC00; }
 }  // namespace
 
 std::string toUtf8(TextView text) {
-  std::string out;
-  out.reserve(text.size());
-  for (std::size_t i = 0; i < text.size(); ++i) {
+  std::string out(text.size(), '\0');
+  std::size_t i = platform::narrowAscii(text, reinterpret_cast<std::uint8_t*>(out.data()));
+  for (; i < text.size() && text[i] < 0x80; ++i) out[i] = static_cast<char>(text[i]);
+  out.resize(i);
+  for (; i < text.size(); ++i) {
     const char16_t c = text[i];
     if (isHigh(c) && i + 1 < text.size() && isLow(text[i + 1])) {
       appendUtf8(out, 0x10000 + ((char32_t{c} - 0xD800) << 10) + (char32_t{text[i + 1]} - 0xDC00));

@@ -1,16 +1,14 @@
 #include "platform/paths.h"
 
-#include <algorithm>
-
 #include "platform/environment.h"
 #include "veltgeneral/runtime_error.h"
 
 namespace veltgeneral::platform {
 namespace {
 
-bool isDriveLetter(char16_t c) { return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z'); }
+bool isDriveLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
 
-std::string driveFolder(char16_t letter) {
+std::string driveFolder(char letter) {
   char variable[] = "VELTGENERAL_DRIVE_X";
   variable[sizeof variable - 2] = static_cast<char>(letter & ~0x20);
   std::optional<std::string> folder = environment(variable);
@@ -21,16 +19,16 @@ std::string driveFolder(char16_t letter) {
 }  // namespace
 
 std::string hostPath(TextView path) {
-  if (path.find(u'\0') != TextView::npos) throw RuntimeError(RunTime::badFileName);
-  std::string host;
-  if (path.size() >= 2 && path[1] == u':' && isDriveLetter(path[0])) {
-    host = driveFolder(path[0]);
-    path.remove_prefix(2);
+  std::string host = toUtf8(path);
+  if (host.find('\0') != std::string::npos) throw RuntimeError(RunTime::badFileName);
+  if (host.size() >= 2 && host[1] == ':' && isDriveLetter(host[0])) {
+    std::string folder = driveFolder(host[0]);
+    host.erase(0, 2);
     // "C:name" is relative to the drive; the drive's folder is all the place it has.
-    if (host.back() != '/' && !path.starts_with(u'\\') && !path.starts_with(u'/')) host += '/';
+    if (folder.back() != '/' && !host.starts_with('\\') && !host.starts_with('/')) folder += '/';
+    host.insert(0, folder);
   }
-  host += toUtf8(path);
-  std::ranges::replace(host, '\\', '/');
+  for (char& c : host) c = c == '\\' ? '/' : c;
   return host;
 }
 

@@ -3,19 +3,20 @@
 include(CMakePackageConfigHelpers)
 
 install(TARGETS veltgeneral EXPORT VeltGeneralTargets
-        LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+        LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT core NAMELINK_COMPONENT dev
         INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/include/veltgeneral"
-        DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
+        DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}" COMPONENT dev)
 
 set(package "${CMAKE_INSTALL_LIBDIR}/cmake/VeltGeneral")
 install(EXPORT VeltGeneralTargets NAMESPACE VeltGeneral:: DESTINATION "${package}"
-        FILE VeltGeneralConfig.cmake)
+        FILE VeltGeneralConfig.cmake COMPONENT dev)
 write_basic_package_version_file("${PROJECT_BINARY_DIR}/VeltGeneralConfigVersion.cmake"
                                  COMPATIBILITY SameMajorVersion)
-install(FILES "${PROJECT_BINARY_DIR}/VeltGeneralConfigVersion.cmake" DESTINATION "${package}")
+install(FILES "${PROJECT_BINARY_DIR}/VeltGeneralConfigVersion.cmake" DESTINATION "${package}"
+        COMPONENT dev)
 
 configure_file("${PROJECT_SOURCE_DIR}/cmake/veltgeneral.pc.in"
                "${PROJECT_BINARY_DIR}/veltgeneral.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/veltgeneral.pc"
-        DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+        DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" COMPONENT dev)

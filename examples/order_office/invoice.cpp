@@ -7,11 +7,9 @@
 
 #include "office.h"
 
-namespace office {
+using namespace veltgeneral;
 
 namespace {
-
-constexpr std::size_t kMostRows = 20;  // the newest orders
 
 // A text as an argument of a command.
 Text argument(TextView text) {
@@ -36,33 +34,28 @@ Text fill(TextView form, const std::map<TextView, Text>& values) {
   return out.append(form);
 }
 
-// The newest orders of a customer, in the order of time.
-std::vector<Order> newestOrders(const Office& office, std::size_t customer) {
-  std::vector<Order> orders;
-  for (const Order& order : office.orders)
-    if (order.customer == customer) orders.push_back(order);
-  if (orders.size() > kMostRows) orders.erase(orders.begin(), orders.end() - kMostRows);
-  return orders;
-}
-
 }  // namespace
 
 void makeInvoice(const Office& office) {
+  constexpr std::ptrdiff_t kMostRows = 20;
   Step step("make the invoice");
-  const auto best = std::max_element(
-      office.customers.begin(), office.customers.end(),
-      [](const Customer& one, const Customer& other) { return one.total < other.total; });
-  const auto orders =
-      newestOrders(office, static_cast<std::size_t>(best - office.customers.begin()));
+  const auto best =
+      std::max_element(office.customers.begin(), office.customers.end(),
+                       [](const auto& one, const auto& other) { return one.total < other.total; });
+  std::vector<Order> orders;  // the newest of this customer
+  for (const Order& order : office.orders)
+    if (&office.customers[order.customer] == &*best) orders.push_back(order);
+  orders.erase(orders.begin(), orders.end() - std::min(std::ssize(orders), kMostRows));
   if (orders.empty()) return;
 
   Text rows;
   Cents goods = 0, carriage = 0;
   for (const Order& order : orders) {
-    rows += rows.empty() ? u"row" : u"\r\nrow";
+    rows += u"row";
     for (const Text& cell : {order.number, day(order.placed), order.article, digits(order.pieces),
                              money(order.carriage), money(order.goods)})
       rows += u' ' + argument(cell);
+    rows += u"\r\n";
     goods += order.goods;
     carriage += order.carriage;
   }
@@ -70,7 +63,7 @@ void makeInvoice(const Office& office) {
   const Cents tax = home ? (goods + carriage) * 22 / 100 : 0;
 
   Text form;
-  check(veltgeneral::FileUtility().readFile(office.in("invoice.txt"), form));
+  check(FileUtility().readFile(office.in("invoice.txt"), form));
   const Text commands =
       fill(form, {{u"name", argument(best->name)},
                   {u"street", argument(best->street)},
@@ -83,10 +76,7 @@ void makeInvoice(const Office& office) {
                   {u"taxed", argument(home ? u"IVA 22 %" : u"IVA non imponibile")},
                   {u"tax", argument(money(tax))},
                   {u"total", argument(money(goods + carriage + tax))}});
-  check(veltgeneral::FileUtility().writeFile(office.out("invoice.txt"), 0, commands));
-  check(
-      veltgeneral::Funzioni().createPdfFile(office.out("invoice.txt"), office.out("invoice.pdf")));
+  check(FileUtility().writeFile(office.out("invoice.txt"), 0, commands));
+  check(Funzioni().createPdfFile(office.out("invoice.txt"), office.out("invoice.pdf")));
   step.done(orders.size(), "orders", toUtf8(best->name));
 }
-
-}  // namespace office

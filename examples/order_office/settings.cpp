@@ -8,21 +8,17 @@
 
 #include "office.h"
 
-namespace office {
+namespace fs = std::filesystem;
+using namespace veltgeneral;
 
 namespace {
 
-namespace fs = std::filesystem;
-using veltgeneral::CallKind;
-using veltgeneral::Empty;
-
-// A window, as far as its placement goes. Members are called by name, as on any other window.
-class OrderWindow : public veltgeneral::Object {
+// A window as far as its placement goes. The library calls it by name, like any other window.
+class OrderWindow : public Object {
  public:
   Variant call(TextView name, CallKind kind, std::span<Variant> arguments) override {
     if (name == u"Move") {
-      const TextView places[] = {u"Left", u"Top", u"Width", u"Height"};
-      for (std::size_t i = 0; i < 4; ++i) values_[Text(places[i])] = arguments[i];
+      for (std::size_t i = 0; i < 4; ++i) values_[kPlaces[i]] = arguments[i];
       return Empty();
     }
     Variant& value = values_[Text(name)];
@@ -31,15 +27,13 @@ class OrderWindow : public veltgeneral::Object {
   }
 
  private:
-  std::map<Text, Variant> values_ = {{u"WindowState", std::int16_t{0}},
-                                     {u"Left", 1200.0F},
-                                     {u"Top", 900.0F},
-                                     {u"Width", 9000.0F},
-                                     {u"Height", 6000.0F}};
+  static constexpr const char16_t* kPlaces[] = {u"Left", u"Top", u"Width", u"Height"};
+  std::map<Text, Variant> values_ = {
+      {u"WindowState", 0}, {u"Left", 1200}, {u"Top", 900}, {u"Width", 9000}, {u"Height", 6000}};
 };
 
-// A setting; a file that does not have it yet is given the default, for the user to find.
-Text setting(veltgeneral::cInifile& ini, TextView key, TextView otherwise) {
+// A setting. A file without it is given the default, for the user to find there.
+Text setting(cInifile& ini, TextView key, TextView otherwise) {
   ini.setKey(key);
   ini.setDefault(otherwise);
   Text value = ini.Value();
@@ -48,73 +42,69 @@ Text setting(veltgeneral::cInifile& ini, TextView key, TextView otherwise) {
   return value;
 }
 
-void choose(const char* variable, const std::string& value, bool always = true) {
-  setenv(variable, value.c_str(), always ? 1 : 0);
-}
-
 }  // namespace
 
-// Everything that the library keeps goes below one folder, until the program ends. An installed
-// system needs none of this: it has its registry, its printer and its language.
+// Has the library keep everything below one folder while this program runs. On an installed system
+// these choices are made once, by the administrator.
 void settleBelow(const fs::path& output) {
-  for (const char* folder : {"registry", "settings", "log"})
-    fs::create_directories(output / folder);
+  const auto choose = [](const char* variable, const std::string& value) {
+    setenv(variable, value.c_str(), 1);
+  };
   choose("VELTGENERAL_REGISTRY_DIR", output / "registry");
   choose("VELTGENERAL_WINDOWS_DIR", output / "settings");
   choose("VELTGENERAL_HOME", output / "log");
   choose("VELTGENERAL_CODEPAGE", "CP1252");
   choose("VELTGENERAL_LOCALE", "it_IT");
-  choose("VELTGENERAL_PRINTER", "pdf:" + (output / "report.pdf").native(), false);
-  if (std::getenv("DISPLAY") == nullptr)
-    choose("VELTGENERAL_FORM", "image:" + (output / "form.png").native(), false);
+  choose("VELTGENERAL_PRINTER", "pdf:" + (output / "report.pdf").native());
+  if (getenv("DISPLAY") == nullptr)
+    choose("VELTGENERAL_FORM", "image:" + (output / "form.png").native());
 
-  // What an administrator sets once: where logs and the settings file lie, and that warnings are
-  // logged too. The registry will hold a password, so nobody else may read it.
+  for (const char* folder : {"registry", "settings", "log"})
+    fs::create_directories(output / folder);
+  fs::permissions(output / "registry", fs::perms::owner_all);  // it will hold a password
   const fs::path hive = output / "registry" / "machine.reg";
-  if (!fs::exists(hive)) {
-    check(veltgeneral::FileUtility().writeFile(
-        fromUtf8(hive.native()), 0,
-        u"REGEDIT4\r\n\r\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Zoltra\\LogSystem]\r\n\"Path\"=\"" +
-            fromUtf8((output / "log").native()) + u"\"\r\n\"Trace\"=\"2\""));
-  }
-  fs::permissions(output / "registry", fs::perms::owner_all);
+  if (fs::exists(hive)) return;
+  // Logs and the settings file lie in this folder; warnings are logged too.
+  const Text log = fromUtf8((output / "log").native());
+  check(FileUtility().writeFile(
+      fromUtf8(hive.native()), 0,
+      u"REGEDIT4\r\n\r\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Zoltra\\LogSystem]\r\n"
+      u"\"Path\"=\"" +
+          log + u"\"\r\n\"Trace\"=\"2\""));
 }
 
 void loadSettings(Office& office) {
-  Step step("settings");
-  veltgeneral::RegistryUtility registry;
+  Step step("load settings");
+  RegistryUtility registry;
   if (!registry.isRegistryInWritePermission()) throw std::runtime_error("the registry is closed");
   check(registry.saveInfoForConnection(u"OrderOffice", u"orders", u"clerk", u"Però, 1887"));
-  Text user, password;
-  check(registry.getInfoForConnection(u"OrderOffice", office.settings.database, user, password));
+  Text database, user, password;
+  check(registry.getInfoForConnection(u"OrderOffice", database, user, password));
 
-  veltgeneral::cInifile ini;
-  ini.setPath(u"office.ini");  // without a folder: in the Windows folder
+  cInifile ini;
+  ini.setPath(u"office.ini");  // a bare name: in the Windows folder
   ini.setSection(u"Report");
-  office.settings.title = setting(ini, u"Title", u"Ordini di novembre 2026");
-  office.settings.firm = setting(ini, u"Firm", u"Cartiera Montelume S.r.l.");
-  office.settings.linesOnPage = ini.CLngDefault(setting(ini, u"LinesOnPage", u"45"), 45);
+  office.title = setting(ini, u"Title", u"Ordini di novembre 2026");
+  office.firm = setting(ini, u"Firm", u"Cartiera Montelume S.r.l.");
+  office.linesOnPage = static_cast<std::size_t>(ini.CLngDefault(setting(ini, u"Lines", u"45"), 45));
 
   OrderWindow window;
   ini.setSection(u"Window");
-  ini.LoadFormPosition(window);  // where it was left last time; stays where it is without a screen
+  ini.LoadFormPosition(window);  // where it was left; without a screen it stays where it is
   ini.SaveFormPosition(window);
   if (!ini.Success()) throw std::runtime_error("the window's place cannot be kept");
-  step.done(3, "stores", toUtf8(user + u" at " + office.settings.database));
+  step.done(3, "stores", toUtf8(user + u" at " + database));
 }
 
-// The settings file is the one that other programs of the house read.
+// The settings file is the one that other programs read as well.
 void rememberLastOrder(const Office& office) {
-  Step step("settings file");
-  veltgeneral::RegistryUtility registry;
+  Step step("keep the last order");
+  RegistryUtility registry;
   if (!registry.isTarnviewDatInWritePermission()) throw std::runtime_error("no settings file");
-  Text last;
+  Text section = u"OrderOffice", key = u"LastOrder", last, kept;
   for (const Order& order : office.orders) last = std::max(last, order.number);
-  Text section = u"OrderOffice", key = u"LastOrder", kept;
   check(registry.setTarnviewConfValue(section, key, last));
   check(registry.getTarnviewConfValue(section, key, kept));
   if (kept != last) throw std::runtime_error("the settings file did not keep the last order");
-  step.done(1, "entry", "LastOrder=" + toUtf8(kept));
+  step.done(1, "entry", toUtf8(kept));
 }
-
-}  // namespace office

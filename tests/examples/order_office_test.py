@@ -1,0 +1,127 @@
+"""Both programs of the order office make the same files, and what these say follows from the input."""
+
+import collections
+import csv
+import datetime
+import functools
+import http.server
+import os
+import pathlib
+import re
+import subprocess
+import sys
+import tempfile
+import threading
+import unittest
+import xml.etree.ElementTree
+
+EXAMPLE = pathlib.Path(__file__).resolve().parents[2] / "examples/order_office"
+PROGRAMS = {"C++": [os.environ["ORDER_OFFICE"]], "Python": [sys.executable, EXAMPLE / "order_office.py"]}
+SAME = ["accepted.csv", "totals.csv", "orders.xml", "orders-oracle.sql", "orders-msaccess.sql",
+        "orders-sqlserver.sql", "invoice.txt", "rates.csv", "settings/office.ini", "log/Tarnview.dat"]
+
+
+class Quiet(http.server.SimpleHTTPRequestHandler):
+    def log_message(self, *_):
+        pass
+
+
+def table(path):
+    with open(path, encoding="cp1252", newline="") as file:
+        rows = [row for row in csv.reader(file, delimiter=";") if row and row[0].strip()]
+    return [dict(zip(rows[0], row)) for row in rows[1:]]
+
+
+def is_time(text, form):
+    try:
+        return text.isdigit() and bool(datetime.datetime.strptime(text, form))
+    except ValueError:
+        return False
+
+
+def in_euro(amount):
+    return float(amount.replace(".", "").replace(",", "."))
+
+
+class OrderOffice(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        serve = functools.partial(Quiet, directory=EXAMPLE / "input")
+        cls.server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), serve)
+        threading.Thread(target=cls.server.serve_forever).start()
+        cls.folder = tempfile.TemporaryDirectory()
+        cls.outputs = {}
+        for rows in (0, 300):
+            for language in PROGRAMS:
+                done, cls.outputs[language, rows] = cls.run_office(language, rows)
+                assert done.returncode == 0, done.stderr
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.server.shutdown()
+        cls.server.server_close()
+        cls.folder.cleanup()
+
+    @classmethod
+    def run_office(cls, language, rows, page="rates.csv"):
+        output = pathlib.Path(cls.folder.name, f"{language} {rows} {page}")
+        url = f"http://127.0.0.1:{cls.server.server_port}/{page}"
+        command = [*PROGRAMS[language], "--input", EXAMPLE / "input", "--output", output,
+                   "--rates", url, "--rows", str(rows)]
+        without_display = {k: v for k, v in os.environ.items() if k != "DISPLAY"}
+        return subprocess.run(command, env=without_display, capture_output=True, text=True,
+                              timeout=120), output
+
+    def test_files_are_the_same(self):
+        for rows in (0, 300):
+            cpp, python = self.outputs["C++", rows], self.outputs["Python", rows]
+            for name in SAME + ["orders.csv"] * (rows > 0):
+                with self.subTest(name=name, rows=rows):
+                    self.assertEqual((cpp / name).read_bytes(), (python / name).read_bytes())
+
+    def test_impossible_orders_are_refused_and_logged(self):
+        customers = {row["code"] for row in table(EXAMPLE / "input/customers.csv")}
+        orders = table(EXAMPLE / "input/orders.csv")
+        good = {row["order"] for row in orders
+                if is_time(row["placed"], "%Y%m%d%H%M%S") and row["customer"] in customers
+                and (row["deliver"] == "00000000" or is_time(row["deliver"], "%Y%m%d"))}
+        self.assertLess(len(good), len(orders))
+        for language in PROGRAMS:
+            output = self.outputs[language, 0]
+            self.assertEqual({row["order"] for row in table(output / "accepted.csv")}, good)
+            for log in ("log/office.log", "log/tarnview.log"):
+                logged = re.findall(r"\[readOrders\] .* \[order (\d+) ", (output / log).read_text("cp1252"))
+                self.assertEqual(logged, [row["order"] for row in orders if row["order"] not in good])
+
+    def test_totals_agree(self):
+        for (language, rows), output in self.outputs.items():
+            with self.subTest(language=language, rows=rows):
+                names = {row["name"]: row["customer"] for row in table(output / "totals.csv")}
+                expected = collections.Counter()
+                for row in table(output / "accepted.csv"):
+                    expected[names[row["customer"]]] += in_euro(row["goods"]) + in_euro(row["carriage"])
+                for row in table(output / "totals.csv"):
+                    self.assertAlmostEqual(in_euro(row["total"]), expected[row["customer"]])
+                document = xml.etree.ElementTree.parse(output / "orders.xml")
+                self.assertAlmostEqual(sum(float(each.text) for each in document.iter("total")),
+                                       sum(expected.values()))
+                report = subprocess.run(["pdftotext", "-layout", output / "report.pdf", "-"],
+                                        check=True, capture_output=True, text=True).stdout
+                total = re.search(r"Totale generale +\d+ +([\d.,]+)", report)[1]
+                self.assertAlmostEqual(in_euro(total), sum(expected.values()))
+                pages = report.count("\f")
+                self.assertGreater(pages, 1)
+                self.assertIn(f"Pagina: {pages} di {pages}", report)
+                for name in ("form.png", "invoice.pdf"):
+                    self.assertGreater((output / name).stat().st_size, 1000)
+
+    def test_a_failing_step_ends_the_program(self):
+        for language in PROGRAMS:
+            done, output = self.run_office(language, 0, "nothing.csv")
+            self.assertEqual(done.returncode, 1)
+            self.assertIn("nothing.csv has no rates", done.stderr)
+            self.assertFalse((output / "orders.xml").exists())
+
+
+if __name__ == "__main__":
+    unittest.main()

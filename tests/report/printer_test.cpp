@@ -5,6 +5,7 @@
 #include <cmath>
 #include <thread>
 
+#include "core/host_events.h"
 #include "drawing/temp_folder.h"
 #include "report/error_of.h"
 #include "report/print_system.h"
@@ -192,6 +193,7 @@ TEST_F(PrinterTest, ManyThreadsEachWithItsOwnDocument) {
                      u"perch\u00E9 \u4E2D\u6587 \u0E44\u0E17\u0E22");
       printed.prtTesto(2.0, 9.0, size, false, false, u"\u4E2D\u6587");
       printTwoPages(printed);
+      processHostEvents();  // which shows the form
     }
   };
   const auto work = [&] { EXPECT_EQ(errorOf(draw), 0); };

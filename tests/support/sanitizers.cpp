@@ -12,6 +12,17 @@ __ubsan_default_options() {  // NOLINT(bugprone-reserved-identifier)
   return "print_stacktrace=1";
 }
 
+// Libraries that were not built with the sanitizer: their own locks and counts go unseen.
+extern "C" __attribute__((visibility("default"))) const char*
+__tsan_default_suppressions() {  // NOLINT(bugprone-reserved-identifier)
+  return "race:libcairo.so\n"
+         "race:libfontconfig.so\n"
+         "race:libglib-2.0.so\n"
+         "race:libharfbuzz.so\n"
+         "race:libpangoft2-1.0.so\n"
+         "race:tzset_internal\n";
+}
+
 // Losses that are not ours, each of a fixed amount. Any test may load the drawing modules or a
 // compiled locale.
 extern "C" __attribute__((visibility("default"))) const char*

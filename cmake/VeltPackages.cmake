@@ -1,5 +1,18 @@
 # The Debian packages: cpack makes them of the build that the preset `package` configures. What a file
 # belongs to is the COMPONENT of its install rule; packaging/ holds what is not built.
+
+# Other files that say the version say the same.
+function(veltgeneral_says file text)
+  file(READ "${PROJECT_SOURCE_DIR}/${file}" content)
+  string(FIND "${content}" "${text}" place)
+  if(place EQUAL -1)
+    message(FATAL_ERROR "${file} does not say ${text}")
+  endif()
+endfunction()
+veltgeneral_says(packaging/changelog "veltgeneral (${PROJECT_VERSION}-1)")
+veltgeneral_says(bindings/python/pyproject.toml "version = \"${PROJECT_VERSION}\"")
+veltgeneral_says(CHANGELOG.md "## [${PROJECT_VERSION}]")
+
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_VERSION "${PROJECT_VERSION}")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")  # each package has its own
@@ -69,9 +82,12 @@ veltgeneral_package(python python3-veltgeneral python foreign
   "." "This package holds the Python package veltgeneral with its type stubs.")
 
 set(CPACK_DEBIAN_CORE_PACKAGE_SUGGESTS "veltgeneral-http, veltgeneral-report, veltgeneral-pdf")
-# What programs that link the library depend on.
+# What programs that link the library depend on: the minor version that they were built with.
+set(minor "${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}")
+math(EXPR next "${PROJECT_VERSION_MINOR} + 1")
 file(CONFIGURE OUTPUT "${PROJECT_BINARY_DIR}/packaging/shlibs" CONTENT
-  "libveltgeneral @PROJECT_VERSION_MAJOR@ veltgeneral (>= @PROJECT_VERSION@)\n" @ONLY)
+  "libveltgeneral @PROJECT_VERSION_MAJOR@ veltgeneral (>= @minor@), veltgeneral (<< @PROJECT_VERSION_MAJOR@.@next@~)\n"
+  @ONLY)
 set(CPACK_DEBIAN_CORE_PACKAGE_CONTROL_EXTRA
   "${PROJECT_SOURCE_DIR}/packaging/core/triggers" "${PROJECT_BINARY_DIR}/packaging/shlibs")
 set(CPACK_DEBIAN_HTTP_PACKAGE_RECOMMENDS ca-certificates)

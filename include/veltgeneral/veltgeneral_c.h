@@ -22,9 +22,9 @@
  *     releasing NULL does nothing.
  *  6. Threads. Different handles may be used on different threads at once; one object, and one
  *     value, belongs to one thread at a time. Retaining and releasing is safe anywhere.
- *  7. Versions. VG_INTERFACE_VERSION grows with each addition; nothing published is taken away
- *     within one major version. vg_interface_version() is the loaded library's, which may be
- *     greater than the header's.
+ *  7. Versions. VG_VERSION is the version of the source, vg_version() that of the loaded library.
+ *     VG_INTERFACE_VERSION grows with each addition; nothing published is taken away within one
+ *     major version. vg_interface_version() may be greater than the header's.
  */
 /* NOLINTBEGIN(modernize-*): this is C */
 #ifndef VELTGENERAL_VELTGENERAL_C_H

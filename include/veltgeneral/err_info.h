@@ -121,7 +121,8 @@ class VELTGENERAL_API ErrInfo {
 
   // Appends the result as one line to `sErrLogName` (a full path), and to the common log file where
   // it is an error or a warning, as far as the trace level admits its severity (1 error, 2 warning,
-  // 3 information, 4 debug; 0 any other). A file longer than the limit becomes ".old" first.
+  // 3 information, 4 debug; 0 any other). A file longer than the limit becomes ".old" first; after a
+  // file of the caller's that could not be written, the common log is only copied there and goes on.
   //
   //   "[d/m/yy h:mm] [process] [class] [location] [step] [severity] [number] [description]" CR LF
   //
@@ -142,7 +143,6 @@ class VELTGENERAL_API ErrInfo {
   // Of the log, not of the result.
   std::int32_t switchSize_ = 0;
   std::int16_t traceLevel_ = 0;
-  Text logFolder_;
 };
 
 }  // namespace veltgeneral

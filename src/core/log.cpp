@@ -10,6 +10,7 @@
 #include "automation/calendar.h"
 #include "automation/code_page.h"
 #include "automation/coerce.h"
+#include "automation/locale.h"
 #include "core/module_name.h"
 #include "core/registry_text.h"
 #include "platform/folders.h"
@@ -75,15 +76,9 @@ struct Settings {
   std::int32_t size = kDefaultSize;
 };
 
-// As the registry has them now; understood again only where it has changed.
-const Settings& currentSettings() {
-  thread_local std::optional<RegistryTexts> source;
-  thread_local Settings settings;
-  // Read in silence, unlike getKeyValue's failures: the log must not log about itself.
-  RegistryTexts now(kLocalMachine, kSettings);
-  if (source == now) return settings;
-  const auto read = [&](TextView name) { return now.read(name).value_or(Text()); };
-  settings = {.path = Text(trim(read(u"Path")))};
+Settings understood(const RegistryTexts& source) {
+  const auto read = [&](TextView name) { return source.read(name).value_or(Text()); };
+  Settings settings{.path = Text(trim(read(u"Path")))};
   const Text trace = read(u"Trace");
   const Text size = read(u"SwitchDimension");
   attempt([&] {
@@ -92,8 +87,41 @@ const Settings& currentSettings() {
   attempt([&] {
     if (isNumeric(size)) settings.size = toInt32(TextView(size));
   });
-  source = std::move(now);
   return settings;
+}
+
+thread_local Settings lastSettings;
+
+// As the registry has them now; understood again only where it has changed.
+const Settings& currentSettings() {
+  thread_local std::optional<RegistryTexts> source;
+  // Read in silence, unlike getKeyValue's failures: the log must not log about itself.
+  RegistryTexts now(kLocalMachine, kSettings);
+  if (source == now) return lastSettings;
+  lastSettings = understood(now);
+  source = std::move(now);
+  return lastSettings;
+}
+
+// The common log's, with a separator at its end.
+Text logFolder(const Settings& settings) {
+  const bool there = !settings.path.empty() && isThere(settings.path);
+  Text folder = there ? settings.path : fromUtf8(platform::libraryHome());
+  if (!folder.ends_with(u'\\')) folder += u'\\';
+  return folder;
+}
+
+// Now, as bytes; made again only where the second or the thread's locale is another.
+const std::string& dateField() {
+  thread_local std::string field;
+  thread_local Date made{};
+  thread_local const Locale* locale = nullptr;
+  const Date date = now();
+  if (locale == &userLocale() && made.days == date.days) return field;
+  field = toBytes(formatDate(date, u"d/m/yy h:mm"));
+  made = date;
+  locale = &userLocale();
+  return field;
 }
 
 }  // namespace
@@ -105,20 +133,18 @@ bool ErrInfo::getInfoForLogSystem(Text& sLogPath, std::int16_t& iTrace, std::int
     const Settings& settings = currentSettings();
     iTrace = settings.trace;
     lByteSwitch = settings.size;
-    sLogPath = settings.path;
-    logFolder_ =
-        !sLogPath.empty() && isThere(sLogPath) ? sLogPath : fromUtf8(platform::libraryHome());
-    if (!logFolder_.ends_with(u'\\')) logFolder_ += u'\\';
-    sLogPath = logFolder_;
+    sLogPath = logFolder(settings);
   });
   return true;
 }
 
 void ErrInfo::runInitialize() {
+  traceLevel_ = 1;
+  switchSize_ = kDefaultSize;
   attempt([&] {
-    Text path;
-    getInfoForLogSystem(path, traceLevel_, switchSize_);
-    if (switchSize_ < 1) switchSize_ = kDefaultSize;
+    const Settings& settings = currentSettings();
+    traceLevel_ = settings.trace;
+    if (settings.size >= 1) switchSize_ = settings.size;
   });
 }
 
@@ -126,41 +152,47 @@ std::string ErrInfo::logRecord() const {
   std::string record;
   record.reserve(96 + processInfo_.size() + classInfo_.size() + locationInfo_.size() +
                  stepInfo_.size() + descriptionInfo_.size());
-  const auto field = [&record](std::string_view before, TextView text) {
-    record.append(before);
+  constexpr std::string_view kNext = "] [";
+  const auto field = [&](TextView text) {
+    record.append(kNext);
     const std::size_t at = record.size();
     record.resize(at + text.size());
     systemCodePage().narrow(text, reinterpret_cast<std::uint8_t*>(record.data() + at));
   };
-  constexpr std::string_view kNext = "] [";
-  field("\"[", formatDate(now(), u"d/m/yy h:mm"));
-  field(kNext, processInfo_);
-  field(kNext, classInfo_);
-  field(kNext, locationInfo_);
-  field(kNext, stepInfo_);
-  field(kNext, toText(std::int32_t{typeInfo_}));
-  field(kNext, toText(numberInfo_));
-  field(kNext, descriptionInfo_);
+  record.append("\"[").append(dateField());
+  field(processInfo_);
+  field(classInfo_);
+  field(locationInfo_);
+  field(stepInfo_);
+  record.append(kNext).append(std::to_string(typeInfo_));
+  record.append(kNext).append(std::to_string(numberInfo_));
+  field(descriptionInfo_);
   return record.append("]\"\r\n");
 }
 
 ErrInfo ErrInfo::writeLog(const Variant& sErrLogName) {
   runInitialize();
   const bool listed = typeInfo_ >= eiERRORTYPE && typeInfo_ <= eiDEBUGTYPE;
-  const std::int16_t level = listed ? typeInfo_ : std::int16_t{0};
+  const bool admitted = traceLevel_ >= (listed ? typeInfo_ : 0);
   attempt([&] {
-    std::string record;
-    if (traceLevel_ >= level) record = logRecord();
-    const auto append = [&](TextView path) {
-      platform::appendToLog(platform::hostPath(path), switchSize_, record);
-    };
-    if (const Text* path = std::get_if<Text>(&sErrLogName)) {
-      attempt([&] { append(*path); });
-    } else if (kindOf(sErrLogName) != Kind::missing) {
-      attempt([&] { append(toText(sErrLogName)); });
+    const std::string record = admitted ? logRecord() : std::string();
+    // A caller's file that could not be written is a failure still pending when the common log is
+    // rotated, and what is to be deleted after a failure stays.
+    auto rotation = platform::Rotation::moves;
+    if (kindOf(sErrLogName) != Kind::missing) {
+      bool written = false;
+      attempt([&] {
+        const Text* path = std::get_if<Text>(&sErrLogName);
+        const std::string file =
+            platform::hostPath(path ? TextView(*path) : TextView(toText(sErrLogName)));
+        written = platform::appendToLog(file, switchSize_, record);
+      });
+      if (!written) rotation = platform::Rotation::copies;
     }
     const bool common = typeInfo_ == eiERRORTYPE || typeInfo_ == eiWARNINGTYPE;
-    if (common && traceLevel_ >= level) append(logFolder_ + Text(commonLogName()));
+    if (common && admitted)
+      platform::appendToLog(platform::hostPath(logFolder(lastSettings).append(commonLogName())),
+                            switchSize_, record, rotation);
   });
   return ErrInfo(eiSUCCESFULL, {}, eiINFORMATIONTYPE, u"writeLog");
 }

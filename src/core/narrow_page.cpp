@@ -16,6 +16,7 @@ const platform::NarrowPage& narrowPage() {
 }
 
 Text narrowed(Text text) {
+  if (isAscii(text)) return text;
   for (char16_t& c : text)
     if (c >= 0x80) c = narrowPage().characters[narrowPage().byte(c)];
   return text;

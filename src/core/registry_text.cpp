@@ -24,10 +24,6 @@ Text numberText(const std::vector<std::uint8_t>& bytes) {
   return used == 0 ? literal : toText(toDouble(literal));
 }
 
-bool isAscii(TextView text) {
-  return std::ranges::all_of(text, [](char16_t c) { return c < 0x80; });
-}
-
 std::optional<platform::RegistryKey> open(std::int32_t root, TextView key) {
   return platform::RegistryKey::open(static_cast<platform::RegistryRoot>(root), key, narrowPage());
 }

@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <vector>
 
 #include "automation/coerce.h"
@@ -19,22 +18,21 @@ constexpr std::size_t kListBuffer = 8192;
 
 const Text* pointerTo(const std::optional<Text>& text) { return text ? &*text : nullptr; }
 
-// Empty, which no call accepts, for a path that this host cannot have.
+// Empty, which no call accepts, for a path that this host cannot have, or no Windows folder.
 std::string profilePath(const std::optional<Text>& path, ProfileCall call) {
   if (!path || path->empty()) return {};
   const Text name = call == ProfileCall::narrow ? narrowed(*path) : *path;
   try {
     if (name.find_first_of(u"\\/:") != Text::npos) return platform::hostPath(name);
-    return platform::windowsFolder() + "/" + platform::hostPath(name);
+    const std::string folder = platform::windowsFolder();
+    return folder.empty() ? folder : folder + "/" + platform::hostPath(name);
   } catch (const RuntimeError&) {
     return {};
   }
 }
 
 void throughCodePage(std::optional<Text>& text) {
-  if (!text) return;
-  const auto plain = [](char16_t c) { return c < 0x80; };
-  if (!std::ranges::all_of(*text, plain)) text = narrowed(*std::move(text));
+  if (text && !isAscii(*text)) text = narrowed(*std::move(text));
 }
 
 // The pieces that a NUL ends.

@@ -157,7 +157,21 @@ TEST(Log, FailuresAreSwallowedStepByStep) {
   // No folder, no name, a full device.
   for (const TextView path : {u"C:\\no\\app.log", u"", u"Q:\\x", u"C:\\"})
     EXPECT_TRUE(resultOfSeverity(1).writeLog(Text(path)).isSuccess());
-  platform::appendToLog("/dev/full", 100, "new");
+  EXPECT_FALSE(platform::appendToLog("/dev/full", 100, "new"));
+}
+
+// What may not be deleted after a failure is copied: the common log then goes on growing.
+TEST(Log, AFailedFileOfTheCallersKeepsTheCommonLog) {
+  const TestHost host;
+  const std::string log = host / "home/tarnview.log";
+  const std::string big(200, 'x');
+  setLog(host, "1", "100");
+  for (const TextView path : {u"C:\\no\\app.log", u"Q:\\x", u"C:\\app.log"}) {
+    setContent(log, big);
+    resultOfSeverity(1).writeLog(Text(path));
+    EXPECT_EQ(contentOf(log + ".old"), big);
+    EXPECT_EQ(contentOf(log).starts_with(big + "\"["), path != u"C:\\app.log");
+  }
 }
 
 // A disk with room for half a record.

@@ -148,6 +148,12 @@ TEST(IniFile, DeletesAndFails) {
   EXPECT_TRUE(put(bare, u"1"));
   EXPECT_EQ(contentOf(host / "windows/bare.ini"), "[main]\r\nk=1\r\n");
   EXPECT_EQ(bare.Value(), u"1");
+  // No Windows folder, no file: least of all one in the root folder.
+  ::unsetenv("VELTGENERAL_WINDOWS_DIR");
+  ::setenv("XDG_STATE_HOME", "/dev/null", 1);
+  cInifile homeless = iniFile(u"veltgeneral-bare.ini");
+  EXPECT_FALSE(put(homeless, u"1"));
+  ::unsetenv("XDG_STATE_HOME");
 }
 
 TEST(IniFile, CLngDefaultFallsBack) {

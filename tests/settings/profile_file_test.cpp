@@ -88,6 +88,9 @@ TEST(ProfileFile, EditsTouchTheLinesTheyMust) {
       {"[s]\nk = old \nk=2\n", u"S", u"K", u"new", "[s]\nk = new\nk=2\n"},
       {"[s]\rk=\r\r", u"s", u"k", u"v", "[s]\rk=v\r\r"},
       {"[s]\nk=v\n", u"s", u"k", u"v", std::nullopt},
+      // Blanks before the old value stay, unless the new one has its own: they would add up.
+      {"[s]\nk=  v\n", u"s", u"k", u"  v", std::nullopt},
+      {"[s]\nk=  v\n", u"s", u"k", u" w ", "[s]\nk= w \n"},
       // Behind the last key, before blank lines and comments.
       {"[s]\na=1\n; c\nb=2\n\n; t\n[t]\n", u"s", u"k", u"v",
        "[s]\na=1\n; c\nb=2\nk=v\n\n; t\n[t]\n"},

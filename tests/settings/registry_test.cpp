@@ -112,6 +112,10 @@ TEST(Registry, ImportIsWholeOrNothingAndExportComesBack) {
   EXPECT_EQ(query(RegistryRoot::classes, u"Acme", u""), u"class");
   EXPECT_EQ(query(RegistryRoot::currentUser, u"Acme", u"U"), u"mine");
   EXPECT_TRUE(fs::exists(host / "registry/user.reg"));
+  // A root stays, also the one that lies below another.
+  platform::importRegistry("REGEDIT4\n[-HKEY_CLASSES_ROOT]\n[-HKEY_LOCAL_MACHINE]\n", page);
+  EXPECT_FALSE(platform::removeRegistryKey(RegistryRoot::classes, u"\\", page));
+  EXPECT_EQ(query(RegistryRoot::classes, u"Acme", u""), u"class");
   platform::importRegistry(
       "REGEDIT4\n[HKEY_LOCAL_MACHINE\\Acme\\Sub]\n\"a\"=-\n\"c\"=\"3\"\n[-HKEY_CURRENT_USER\\Acme]"
       "\n",

@@ -64,17 +64,19 @@ Descriptor openForAppend(const std::string& path) {
 }
 
 // A record that the disk took only in part is taken back, if nobody has added behind it.
-void writeRecord(int fd, std::string_view record) {
+bool writeRecord(int fd, std::string_view record) {
   ssize_t put = 0;
   do {
     put = ::write(fd, record.data(), record.size());
   } while (put < 0 && errno == EINTR);
-  if (put <= 0 || static_cast<std::size_t>(put) == record.size()) return;
+  if (put == static_cast<ssize_t>(record.size())) return true;
+  if (put <= 0) return false;
   const FileLock lock(fd);
   const off_t end = ::lseek(fd, 0, SEEK_CUR);
   struct stat status {};
-  if (::fstat(fd, &status) == 0 && status.st_size == end && ::ftruncate(fd, end - put) != 0)
-    return;  // a torn record is then all that can be had
+  [[maybe_unused]] const bool takenBack =  // else a torn record is all that can be had
+      ::fstat(fd, &status) == 0 && status.st_size == end && ::ftruncate(fd, end - put) == 0;
+  return false;
 }
 
 void rotateOnly(const std::string& path, std::int64_t limit) {
@@ -88,29 +90,42 @@ void rotateOnly(const std::string& path, std::int64_t limit) {
   }
 }
 
-void append(const std::string& path, std::int64_t limit, std::string_view record) {
+bool append(const std::string& path, std::int64_t limit, std::string_view record,
+            Rotation rotation) {
   // Each round more is another process's rotation; nobody rotates that often.
   for (int round = 0; round < 100; ++round) {
     const Descriptor file = openForAppend(path);
-    if (!file) return rotateOnly(path, limit);
     struct stat status {};
-    if (::fstat(file.get(), &status) != 0) return;
+    const bool open = file && ::fstat(file.get(), &status) == 0;
     const bool regular = S_ISREG(status.st_mode);
-    if (regular && (status.st_mode & kAnyWrite) == 0) return rotateOnly(path, limit);
-    if (regular && status.st_size > limit && rotate(file.get(), path, limit)) continue;
-    writeRecord(file.get(), record);
-    // Two rotations since the file was opened have taken it off the disk, and the record with it.
-    if (::fstat(file.get(), &status) != 0 || status.st_nlink > 0) return;
+    if (!open || (regular && (status.st_mode & kAnyWrite) == 0)) {
+      rotateOnly(path, limit);
+      return false;
+    }
+    if (regular && status.st_size > limit) {
+      if (rotation == Rotation::copies) {
+        copyAside(path);
+      } else if (rotate(file.get(), path, limit)) {
+        continue;
+      }
+    }
+    // Another process may rotate from here on: the record then stands in ".old", as it would had
+    // this process been a little faster.
+    return writeRecord(file.get(), record);
   }
+  return false;
 }
 
 }  // namespace
 
-void appendToLog(const std::string& path, std::int64_t limit, std::string_view record) noexcept {
+bool appendToLog(const std::string& path, std::int64_t limit, std::string_view record,
+                 Rotation rotation) noexcept {
   try {
-    record.empty() ? rotateOnly(path, limit) : append(path, limit, record);
+    if (!record.empty()) return append(path, limit, record, rotation);
+    rotateOnly(path, limit);
+    return false;
   } catch (const std::exception&) {
-    return;  // no memory, no record
+    return false;  // no memory, no record
   }
 }
 

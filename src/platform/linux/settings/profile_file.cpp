@@ -280,7 +280,10 @@ std::optional<std::string> ProfileEditor::set(std::string_view section, std::str
   std::string added;
   if (section_) {
     if (const auto line = findKey(key, at)) {
-      const std::size_t from = offsetIn(all, line->value);
+      // Blanks before the value stay, unless the new one brings its own.
+      const bool ownBlanks = !value.empty() && isBlank(value.front());
+      const std::size_t from =
+          ownBlanks ? all.find('=', line->begin) + 1 : offsetIn(all, line->value);
       if (all.substr(from, line->contentEnd - from) == value) return std::nullopt;
       return spliced(from, line->contentEnd, value);
     }

@@ -65,8 +65,8 @@ struct RecentKey {
   std::uint32_t node = RegistryFile::kNone;
 
   bool is(RegistryRoot wantedRoot, TextView wantedPath) const {
-    return root == wantedRoot && path == wantedPath && environmentIs(kFolderVariable, folder) &&
-           hive.holds(file);
+    return root == wantedRoot && std::ranges::equal(path, wantedPath) &&
+           environmentIs(kFolderVariable, folder) && hive.holds(file);
   }
 };
 
@@ -158,12 +158,13 @@ class Importer {
     if (std::ranges::count(key_, '\\') >= static_cast<std::ptrdiff_t>(kRegDepth))
       throw RegistryError("the key lies too deep", line.line);
     const std::size_t rootEnd = std::min(key_.find('\\'), key_.size());
+    const bool isRoot = rootEnd == key_.size();
     const auto root = registryRoot(fromInner(std::string_view(key_).substr(0, rootEnd)));
     key_ = toInner(root == RegistryRoot::classes ? kClasses : registryRootName(*root)) +
            key_.substr(rootEnd);
     changes_ = root == RegistryRoot::currentUser ? &import_.user : &import_.machine;
     removed_ = line.kind == RegStatement::removeKey;
-    if (isRegRoot(key_)) return;  // always there
+    if (isRoot) return;  // always there
     changes_->push_back(
         {removed_ ? RegChange::Kind::removeKey : RegChange::Kind::createKey, key_, {}, {}});
   }
@@ -235,7 +236,8 @@ bool removeRegistryValue(RegistryRoot root, TextView path, TextView name, const 
 
 bool removeRegistryKey(RegistryRoot root, TextView path, const NarrowPage& page) {
   const std::string key = keyText(root, path);
-  if (isRegRoot(key) || !RegistryKey::open(root, path, page)) return false;
+  const bool isRoot = path.find_first_not_of(u'\\') == TextView::npos;
+  if (isRoot || !RegistryKey::open(root, path, page)) return false;
   apply(registryFile(root), {{RegChange::Kind::removeKey, key, {}, {}}}, page);
   return true;
 }

@@ -59,6 +59,11 @@ std::string toInner(TextView text) {
 
 Text fromInner(std::string_view inner) {
   Text out;
+  if (isAscii(inner)) {
+    out.resize(inner.size());
+    for (std::size_t i = 0; i < inner.size(); ++i) out[i] = static_cast<unsigned char>(inner[i]);
+    return out;
+  }
   out.reserve(inner.size());
   const auto tail = [&](std::size_t i) -> char32_t {
     return i < inner.size() ? static_cast<unsigned char>(inner[i]) & 0x3Fu : 0u;

@@ -364,7 +364,7 @@ def write_sql(office):
 
 LEFT, TOP, ROW, DROP, POINTS, CELLS = 1.4, 2.95, 0.5, 0.07, 9.0, 91
 RIGHT = LEFT + CELLS * POINTS * 0.6 * 2.54 / 72
-HEAD_COLOR, GROUP_COLOR, BAND_COLOR = 0xE8D3BD, 0xF6ECDF, 0xF5F5F5
+HEAD_COLOR, GROUP_COLOR, BAND_COLOR = 0xE8D3BD, 0xF6ECDF, 0xF0F0F0
 
 
 def columns(order, date, article, pieces, price, goods, total):

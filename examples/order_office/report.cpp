@@ -14,7 +14,7 @@ namespace {
 constexpr double kLeft = 1.4, kTop = 2.95, kRow = 0.5, kDrop = 0.07, kPoints = 9;
 constexpr std::size_t kCells = 91;
 constexpr double kRight = kLeft + kCells * kPoints * 0.6 * 2.54 / 72;
-constexpr std::int32_t kHeadColor = 0xE8D3BD, kGroupColor = 0xF6ECDF, kBandColor = 0xF5F5F5;
+constexpr std::int32_t kHeadColor = 0xE8D3BD, kGroupColor = 0xF6ECDF, kBandColor = 0xF0F0F0;
 
 enum class Style { group, order, note, total, blank };
 

@@ -89,10 +89,22 @@ class Completion(VeltTest):
             with self.subTest(words=words):
                 self.assertEqual(self.offered(*words), offered)
 
-    def test_other_shells_accept_theirs(self):
-        for shell in ("zsh", "fish"):
-            script = self.write("velt." + shell, self.velt("completion", shell).encode())
-            subprocess.run([shell, "-n", script], check=True, cwd=self.folder)
+    def test_zsh_and_fish(self):
+        script = self.write("velt.zsh", self.velt("completion", "zsh").encode())
+        # What the completion would hand to the shell's own functions, which need a terminal.
+        done = subprocess.run(
+            ["zsh", "-f", "-c", "_describe() { print -rl -- $offered }; compadd() { print -rl -- $plain }; "
+             "_files() { }; compdef() { }; "
+             f"source {script}; words=(velt describe x); CURRENT=3; _velt"],
+            capture_output=True, text=True, check=True, cwd=self.folder)
+        self.assertIn("--json:Print JSON on one line", done.stdout.splitlines())
+        self.assertIn("ErrInfo", done.stdout.splitlines())
+        script = self.write("velt.fish", self.velt("completion", "fish").encode())
+        done = subprocess.run(["fish", "--no-config", "-c",
+                               f"source {script}; complete -C 'velt registry g'"],
+                              capture_output=True, text=True, check=True, cwd=self.folder,
+                              env=self.environment | {"HOME": self.folder, "XDG_CONFIG_HOME": self.folder})
+        self.assertEqual(done.stdout, "get\tPrint one value, or all values of a key\n")
 
 
 class Doctor(VeltTest):

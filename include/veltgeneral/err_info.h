@@ -121,8 +121,9 @@ class VELTGENERAL_API ErrInfo {
 
   // Appends the result as one line to `sErrLogName` (a full path), and to the common log file where
   // it is an error or a warning, as far as the trace level admits its severity (1 error, 2 warning,
-  // 3 information, 4 debug; 0 any other). A file longer than the limit becomes ".old" first; after a
-  // file of the caller's that could not be written, the common log is only copied there and goes on.
+  // 3 information, 4 debug; 0 any other). A file longer than the limit becomes ".old" first; after
+  // a file of the caller's that could not be written, the common log is only copied there and goes
+  // on.
   //
   //   "[d/m/yy h:mm] [process] [class] [location] [step] [severity] [number] [description]" CR LF
   //

@@ -30,6 +30,10 @@ void statFile(const std::string& path) {
 // A file that was changed this moment is not yet trusted to stay as it is.
 void letTheTickPass() { std::this_thread::sleep_for(std::chrono::milliseconds(20)); }
 
+void atEverySize(benchmark::internal::Benchmark* bench) {
+  bench->Arg(1 << 10)->Arg(60 << 10)->Arg(1 << 20)->UseManualTime()->Unit(benchmark::kMicrosecond);
+}
+
 void getKeyValue(benchmark::State& state) {
   const testing::TestHost host;
   std::string values;
@@ -92,8 +96,7 @@ void getValue(benchmark::State& state) {
       },
       [&] { statFile(ini.path); });
 }
-BENCHMARK(getValue)->Arg(1 << 10)->Arg(60 << 10)->Arg(1 << 20)->UseManualTime()->MinTime(0.5)->Unit(
-    benchmark::kMicrosecond);
+BENCHMARK(getValue)->Apply(atEverySize)->MinTime(0.5);
 
 std::string readAll(const std::string& path) {
   const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
@@ -122,12 +125,7 @@ void getChangedValue(benchmark::State& state) {
         benchmark::DoNotOptimize(index.value(u"main", u"key"));
       });
 }
-BENCHMARK(getChangedValue)
-    ->Arg(1 << 10)
-    ->Arg(60 << 10)
-    ->Arg(1 << 20)
-    ->UseManualTime()
-    ->Unit(benchmark::kMicrosecond);
+BENCHMARK(getChangedValue)->Apply(atEverySize);
 
 // A digit of the value, so that every put changes the file.
 Text nextValue() {
@@ -145,39 +143,34 @@ void putFloor(const std::string& path, const std::string& beside) {
   std::rename(beside.c_str(), path.c_str());
 }
 
-void putValue(benchmark::State& state) {
+// Our change beside another's of a file with the same content.
+template <class Other>
+void putBeside(benchmark::State& state, const Other& other) {
   Ini ini(state.range(0));
-  const std::string other = ini.host / "drive/b.ini";
-  const std::string beside = ini.host / "drive/beside";
-  testing::setContent(other, ini.content);
+  const std::string path = ini.host / "drive/b.ini";
+  testing::setContent(path, ini.content);
   against(
       state,
       [&] {
         Text value = nextValue();
         ini.file.setValue(value);
       },
-      [&] { putFloor(other, beside); });
+      [&] { other(path); });
 }
-BENCHMARK(putValue)->Arg(1 << 10)->Arg(60 << 10)->Arg(1 << 20)->UseManualTime()->MinTime(0.5)->Unit(
-    benchmark::kMicrosecond);
+
+void putValue(benchmark::State& state) {
+  putBeside(state, [](const std::string& path) { putFloor(path, path + ".beside"); });
+}
+BENCHMARK(putValue)->Apply(atEverySize)->MinTime(0.5);
 
 void putValueBesidePeer(benchmark::State& state) {
-  Ini ini(state.range(0));
-  const std::string other = ini.host / "drive/b.ini";
-  testing::setContent(other, ini.content);
-  against(
-      state,
-      [&] {
-        Text value = nextValue();
-        ini.file.setValue(value);
-      },
-      [&] {
-        GKeyFile* file = g_key_file_new();
-        g_key_file_load_from_file(file, other.c_str(), G_KEY_FILE_KEEP_COMMENTS, nullptr);
-        g_key_file_set_string(file, "main", "key", toUtf8(nextValue()).c_str());
-        g_key_file_save_to_file(file, other.c_str(), nullptr);
-        g_key_file_free(file);
-      });
+  putBeside(state, [](const std::string& path) {
+    GKeyFile* file = g_key_file_new();
+    g_key_file_load_from_file(file, path.c_str(), G_KEY_FILE_KEEP_COMMENTS, nullptr);
+    g_key_file_set_string(file, "main", "key", toUtf8(nextValue()).c_str());
+    g_key_file_save_to_file(file, path.c_str(), nullptr);
+    g_key_file_free(file);
+  });
 }
 BENCHMARK(putValueBesidePeer)
     ->Name("putValue/GKeyFile")

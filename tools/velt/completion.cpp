@@ -83,20 +83,24 @@ std::string wordList(const Node& node) {
   return out;
 }
 
-// Both shells follow the typed words as far as they are sub-commands, then offer that place's words
-// and the names of files.
-void printBash(std::ostream& out, const std::vector<Node>& nodes) {
-  out << "# bash completion of velt, made by: velt completion bash\n"
-         "_velt() {\n"
-         "  local current=\"${COMP_WORDS[COMP_CWORD]}\" place=velt words= i\n"
-         "  for ((i = 1; i < COMP_CWORD; ++i)); do\n"
-         "    case \"$place ${COMP_WORDS[i]}\" in\n";
+// bash and zsh follow the typed words as far as they are sub-commands, then offer that place's
+// words and the names of files.
+void followPlaces(std::ostream& out, const std::vector<Node>& nodes) {
   for (std::size_t i = 1; i < nodes.size(); ++i) {
     out << "      " << quoted(nodes[i].path) << ") place=" << quoted(nodes[i].path) << " ;;\n";
   }
   out << "    esac\n"
          "  done\n"
          "  case \"$place\" in\n";
+}
+
+void printBash(std::ostream& out, const std::vector<Node>& nodes) {
+  out << "# bash completion of velt, made by: velt completion bash\n"
+         "_velt() {\n"
+         "  local current=\"${COMP_WORDS[COMP_CWORD]}\" place=velt words= i\n"
+         "  for ((i = 1; i < COMP_CWORD; ++i)); do\n"
+         "    case \"$place ${COMP_WORDS[i]}\" in\n";
+  followPlaces(out, nodes);
   for (const Node& node : nodes) {
     out << "    " << quoted(node.path) << ") words=" << quoted(wordList(node)) << " ;;\n";
   }
@@ -121,12 +125,7 @@ void printZsh(std::ostream& out, const std::vector<Node>& nodes) {
          "  local -a offered plain\n"
          "  for word in ${words[2,CURRENT-1]}; do\n"
          "    case \"$place $word\" in\n";
-  for (std::size_t i = 1; i < nodes.size(); ++i) {
-    out << "      " << quoted(nodes[i].path) << ") place=" << quoted(nodes[i].path) << " ;;\n";
-  }
-  out << "    esac\n"
-         "  done\n"
-         "  case \"$place\" in\n";
+  followPlaces(out, nodes);
   for (const Node& node : nodes) {
     out << "    " << quoted(node.path) << ")\n      offered=(";
     for (const auto& [name, summary] : node.commands) out << ' ' << described(name, summary);

@@ -151,45 +151,36 @@ int remove(const Options& options) {
   return write(options, section, &key, nullptr);
 }
 
-void declareFile(CLI::App& command, Options& options) {
+enum class Needs { file, section, key };
+
+// FILE SECTION KEY, required as far as `needs` says, offered as far as `takes`.
+void declarePlace(CLI::App& command, Options& options, Needs needs, Needs takes = Needs::key) {
   addText(command, "FILE", options.file, "The INI file")->required();
-}
-
-CLI::Option* declareSection(CLI::App& command, Options& options) {
-  return addText(command, "SECTION", options.section, "A section");
-}
-
-CLI::Option* declareKey(CLI::App& command, Options& options) {
-  return addText(command, "KEY", options.key, "A key in it");
+  addText(command, "SECTION", options.section, "A section")->required(needs >= Needs::section);
+  if (takes == Needs::key)
+    addText(command, "KEY", options.key, "A key in it")->required(needs == Needs::key);
 }
 
 void declareGet(CLI::App& command, Options& options) {
-  declareFile(command, options);
-  declareSection(command, options)->required();
-  declareKey(command, options)->required();
+  declarePlace(command, options, Needs::key);
   addText(command, "-d,--default", options.byDefault, "What to print for a missing key")
       ->type_name("TEXT");
   addJson(command, options.json);
 }
 
 void declareSet(CLI::App& command, Options& options) {
-  declareFile(command, options);
-  declareSection(command, options)->required();
-  declareKey(command, options)->required();
+  declarePlace(command, options, Needs::key);
   addText(command, "VALUE", options.value, "Its new value")->required();
   command.add_flag("--utf16", options.utf16, "Create a new file in UTF-16, not in the code page");
 }
 
 void declareList(CLI::App& command, Options& options) {
-  declareFile(command, options);
-  declareSection(command, options);
+  declarePlace(command, options, Needs::file, Needs::section);
   addJson(command, options.json);
 }
 
 void declareDelete(CLI::App& command, Options& options) {
-  declareFile(command, options);
-  declareSection(command, options)->required();
-  declareKey(command, options);
+  declarePlace(command, options, Needs::section);
 }
 
 }  // namespace

@@ -97,25 +97,5 @@ TEST(ReplaceFile, OverwritesInPlaceWhereTheFolderForbidsAnotherFile) {
   EXPECT_EQ(before.st_ino, after.st_ino);
 }
 
-// Every process adds its own lines; none may be lost, the very first creation included.
-TEST(ReplaceFile, ManyProcessesLoseNoChange) {
-  const TemporaryFolder folder;
-  constexpr int kProcesses = 8;
-  constexpr int kRounds = 200;
-  std::vector<pid_t> children;
-  for (int i = 0; i < kProcesses; ++i)
-    children.push_back(inProcess([&] {
-      for (int round = 0; round < kRounds; ++round)
-        if (changeFile(folder / "file", 0600, [](std::string_view before) {
-              return std::optional(std::string(before) + "x");
-            }))
-          return false;
-      return true;
-    }));
-  for (const pid_t child : children) EXPECT_TRUE(succeeded(child));
-  EXPECT_EQ(contentOf(folder / "file"), std::string(kProcesses * kRounds, 'x'));
-  EXPECT_EQ(filesIn(folder.path()), 1u);
-}
-
 }  // namespace
 }  // namespace veltgeneral::platform

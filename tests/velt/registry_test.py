@@ -96,6 +96,33 @@ class Values(VeltTest):
             self.assertIn("machine.reg", self.velt("registry", *arguments, status=2))
 
 
+class Members(VeltTest):
+    def test_each_answers(self):
+        root, key = "int32:-2147483646", "SOFTWARE\\Acme\\DbAccess"
+        for member, given, result, came_back in [
+            ("saveInfoForConnection", ["Acme", "db ", "me", "pw"], 0, {}),
+            ("getInfoForConnection", ["Acme", "", "", ""], 0,
+             {"sConnectionDbName": "db", "sConnectionUser": "me", "sConnectionPassword": "pw"}),
+            ("getKeyValue", [root, key, "connectionUser"], "me",
+             {"KeyRoot": -2147483646, "KeyName": key, "SubKeyRef": "connectionUser"}),
+            ("isRegistryInWritePermission", [], True, {}),
+            ("setTarnviewConfValue", ["S", "k", "v"], 0,
+             {"sSection": "S", "sKeyName": "k", "sValue": "v"}),
+            ("getTarnviewConfValue", ["s", "K", ""], 0,
+             {"sSection": "s", "sKeyName": "K", "sValue": "v"}),
+            ("setTarnviewDatFileValue", ["whole"], 0, {}),
+            ("isTarnviewDatInWritePermission", [], True, {}),
+        ]:
+            with self.subTest(member=member):
+                self.velt("registry", "set", "HKLM\\SOFTWARE\\Zoltra\\LogSystem", "Path",
+                          self.folder + "\\")
+                said = self.answer("call", "RegistryUtility." + member, *given)
+                answered = said["result"]
+                self.assertEqual(answered["numberInfo"] if isinstance(answered, dict) else answered, result)
+                self.assertEqual(said.get("arguments", {}), came_back)
+        self.assertEqual(self.content("Tarnview.dat"), b"whole\r\n[License]\r\nWriteTest=\r\n")
+
+
 class Registration(VeltTest):
     def test_register_and_unregister(self):
         library = {each["subject"]: each["value"] for each in self.answer("doctor")}["library"]

@@ -8,6 +8,9 @@ install(TARGETS veltgeneral EXPORT VeltGeneralTargets
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/include/veltgeneral"
         DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}" COMPONENT dev)
 
+install(FILES "${PROJECT_SOURCE_DIR}/docs/veltgeneral-pdf.5" DESTINATION "${CMAKE_INSTALL_MANDIR}/man5"
+        COMPONENT pdf)
+
 set(package "${CMAKE_INSTALL_LIBDIR}/cmake/VeltGeneral")
 install(EXPORT VeltGeneralTargets NAMESPACE VeltGeneral:: DESTINATION "${package}"
         FILE VeltGeneralConfig.cmake COMPONENT dev)

@@ -8,6 +8,7 @@ import unittest
 from velt_process import VeltTest
 
 PAGE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../../tools/velt/velt.1")
+COMMANDS = os.path.join(os.path.dirname(PAGE), "../../docs/veltgeneral-pdf.5")
 
 
 class Manual(VeltTest):
@@ -38,11 +39,14 @@ class Manual(VeltTest):
                            for name in re.findall(r"(?<![\w-])--?[a-z][\w-]*", tag)}
         self.assertEqual(said, dict(self.commands()))
 
-    def test_page_is_well_formed(self):
-        done = subprocess.run(["man", "--warnings=all", "-l", PAGE], capture_output=True, text=True,
-                              env=self.environment | {"MANPAGER": "cat", "LC_ALL": "C.UTF-8"})
-        self.assertEqual((done.returncode, done.stderr), (0, ""))
-        self.assertIn("velt call CLASS.MEMBER [ARG...]", done.stdout)
+    def test_pages_are_well_formed(self):
+        for page, said in [(PAGE, "velt call CLASS.MEMBER [ARG...]"), (COMMANDS, r'head, row "CELL"')]:
+            with self.subTest(page=page):
+                done = subprocess.run(["man", "--warnings=all", "-l", page], capture_output=True,
+                                      text=True, env=self.environment | {"MANPAGER": "cat",
+                                                                         "LC_ALL": "C.UTF-8"})
+                self.assertEqual((done.returncode, done.stderr), (0, ""))
+                self.assertIn(said, done.stdout)
 
 
 if __name__ == "__main__":

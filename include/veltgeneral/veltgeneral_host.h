@@ -38,7 +38,7 @@ static inline int vg_host_line(FILE* file, char* line, size_t capacity) {
 static inline int vg_host_registered_path(const char* class_name, char* path, size_t capacity) {
   static const char prefix[] = "VeltGeneral.";
   const char* folder = getenv("VELTGENERAL_REGISTRY_DIR");
-  char name[4096], key[512], line[4096];
+  char name[4096], key[512], line[4096] = {0};
   if (strncasecmp(class_name, prefix, sizeof prefix - 1) == 0) class_name += sizeof prefix - 1;
   snprintf(name, sizeof name, "%s/machine.reg", folder != NULL ? folder : "/etc/veltgeneral");
   snprintf(key, sizeof key, "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\%s%s\\InprocServer32]", prefix,

@@ -60,8 +60,8 @@ class Sorter {
       Range left{range.low, middle - 1, range.least, pivot};
       Range right{middle + 1, range.high, pivot, range.greatest};
       if (middle - range.low >= range.high - middle) std::swap(left, right);
-      sortRange(std::move(left));
-      range = std::move(right);
+      sortRange(left);
+      range = right;
     }
   }
 

@@ -29,7 +29,7 @@ std::int32_t sumOf(std::int32_t one, std::int32_t other) {
 // side of every comparison is single precision, compared as double.
 void fit(std::int32_t& position, std::int32_t& extent, float screen, float margin) {
   if (double{margin} > position) position = toInt32(double{margin});
-  const double limit = double{screen - margin};
+  const double limit = screen - margin;
   if (limit >= sumOf(position, extent)) return;
   position = toInt32(limit - extent);
   if (double{margin} > position) position = toInt32(double{margin});

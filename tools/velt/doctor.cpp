@@ -134,6 +134,7 @@ int run(const Options& options) {
     return kSucceeded;
   }
   std::vector<std::vector<std::string>> rows;
+  rows.reserve(findings.size());
   for (const Finding& each : findings) rows.push_back({each.subject, each.value, each.source});
   printColumns(std::cout, rows);
   return kSucceeded;

@@ -49,7 +49,7 @@ std::optional<int> readDay(std::string_view& text) {
   const auto m = y ? takeField(text, 2, '-') : y;
   const auto d = m ? takeField(text, 2, '\0') : m;
   if (!d || *y < 100) return std::nullopt;
-  const year_month_day date = year(*y) / static_cast<unsigned>(*m) / static_cast<unsigned>(*d);
+  const year_month_day date = year(*y) / *m / *d;
   if (!date.ok()) return std::nullopt;
   return static_cast<int>((sys_days(date) - kDayZero).count());
 }

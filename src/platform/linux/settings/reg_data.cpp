@@ -181,10 +181,9 @@ std::string unescapeReg(std::string_view text) {
 std::optional<RegistryValue> parseRegData(std::string_view data, const RegDialect& dialect) {
   if (data.starts_with('"')) return parseText(data);
   const auto behind = [&](std::string_view word) -> std::optional<std::string_view> {
-    if (data.size() < word.size()) return std::nullopt;
-    for (std::size_t i = 0; i < word.size(); ++i)
-      if ((data[i] | 32) != (word[i] | 32)) return std::nullopt;
-    return data.substr(word.size());
+    const bool same = std::ranges::equal(data.substr(0, word.size()), word,
+                                         [](char a, char b) { return (a | 32) == (b | 32); });
+    return same ? std::optional(data.substr(word.size())) : std::nullopt;
   };
   if (const auto digits = behind("dword:")) {
     const auto number = hexNumber(trimmed(digits->substr(0, digits->find(';'))));

@@ -67,6 +67,13 @@ constexpr bool monthHasDay(const char16_t* text) noexcept {
   return day - 1 < 30 + (kLongMonths >> month & 1);
 }
 
+// Of a text whose fields are within kDay and kDayAndTime: midnight alone before day zero, where a
+// time would have to count backwards.
+inline bool calendarHas(const char16_t* text) noexcept {
+  return monthHasDay(text) && (text[0] >= u'2' || TextView(text, 8) >= u"18991230" ||
+                               TextView(text + 8, 6) == u"000000");
+}
+
 }  // namespace fixed_date
 
 // YYYYMMDD, years of four digits.
@@ -81,15 +88,12 @@ inline bool isFixedTime(TextView text) noexcept {
          platform::fieldsWithin(text.data(), text.data() + 2, fixed_date::kTime);
 }
 
-// YYYYMMDDHHNNSS; midnight alone before day zero, where a time would have to count backwards.
+// YYYYMMDDHHNNSS.
 inline bool isFixedStamp(TextView text) noexcept {
-  if (text.size() != 14 ||
-      !platform::fieldsWithin(text.data(), fixed_date::kDay, text.data() + 6,
-                              fixed_date::kDayAndTime) ||
-      !fixed_date::monthHasDay(text.data())) {
-    return false;
-  }
-  return text[0] >= u'2' || text.compare(0, 8, u"18991230") >= 0 || text.substr(8) == u"000000";
+  return text.size() == 14 &&
+         platform::fieldsWithin(text.data(), fixed_date::kDay, text.data() + 6,
+                                fixed_date::kDayAndTime) &&
+         fixed_date::calendarHas(text.data());
 }
 
 }  // namespace veltgeneral

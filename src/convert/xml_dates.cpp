@@ -8,55 +8,61 @@
 namespace veltgeneral {
 namespace {
 
-// Where a field stands in the XML form and in the digits.
+constexpr TextView kXmlForm = u"0000-00-00T00:00:00";
+constexpr TextView kDigits = u"00000000000000";
+constexpr std::size_t kYearSize = 4;
+
+// Where the fields behind the year stand in the XML form and in the digits, two characters each.
 struct Field {
   std::size_t xml;
   std::size_t digits;
-  std::size_t size;
 };
+constexpr Field kFields[] = {{5, 4}, {8, 6}, {11, 8}, {14, 10}, {17, 12}};
 
-constexpr Field kFields[] = {{0, 0, 4}, {5, 4, 2}, {8, 6, 2}, {11, 8, 2}, {14, 10, 2}, {17, 12, 2}};
-constexpr std::size_t kXmlForm = 19;  // characters, without what may follow
-constexpr TextView kDigits = u"00000000000000";
-
-// Piece by piece; false where a number is no digits, and so a sign or a blank would stand among
-// them.
-bool copyPieces(TextView xml, char16_t* digits) {
-  std::ranges::copy(kDigits, digits);
-  for (const Field& field : kFields) {
-    const TextView piece = xml.substr(std::min(field.xml, xml.size()), field.size);
-    if (std::ranges::all_of(piece, isDigit)) {
-      std::ranges::copy(piece, digits + field.digits);
-    } else if (isNumeric(piece)) {
-      return false;
-    }
-  }
+// One piece of the input; false where it is a number but no digits, and so a sign or a blank would
+// stand among the digits.
+bool copyPiece(TextView xml, std::size_t at, std::size_t size, char16_t* digits) {
+  const TextView piece = xml.substr(std::min(at, xml.size()), size);
+  if (!std::ranges::all_of(piece, isDigit)) return !isNumeric(piece);
+  std::ranges::copy(piece, digits);
   return true;
+}
+
+bool copyPieces(TextView xml, char16_t* digits) {
+  return copyPiece(xml, 0, kYearSize, digits) &&
+         std::ranges::all_of(kFields, [&](const Field& field) {
+           return copyPiece(xml, field.xml, 2, digits + field.digits);
+         });
+}
+
+// Whether it is a date; `digits` are overwritten.
+bool copyDate(TextView xml, char16_t* digits) {
+  // Digits in all places and within their ranges, or else piece by piece.
+  if (xml.size() < kXmlForm.size() ||
+      !platform::spacedFieldsWithin(xml.data(), fixed_date::kDay, fixed_date::kDayAndTime)) {
+    return copyPieces(xml, digits) && isFixedStamp({digits, kDigits.size()});
+  }
+  std::copy_n(xml.data(), kYearSize, digits);
+  for (const Field& field : kFields) std::copy_n(xml.data() + field.xml, 2, digits + field.digits);
+  return fixed_date::calendarHas(digits);
 }
 
 }  // namespace
 
 Text Funzioni::getDate2Xml(TextView sDate) const {
   if (!isFixedStamp(sDate)) return {};
-  const char16_t* const d = sDate.data();
-  const char16_t xml[] = {d[0], d[1], d[2], d[3], u'-',  d[4],  d[5], u'-',  d[6], d[7],
-                          u'T', d[8], d[9], u':', d[10], d[11], u':', d[12], d[13]};
-  return {xml, std::size(xml)};
+  Text xml(kXmlForm);
+  std::copy_n(sDate.data(), kYearSize, xml.data());
+  for (const Field& field : kFields) {
+    std::copy_n(sDate.data() + field.digits, 2, xml.data() + field.xml);
+  }
+  return xml;
 }
 
 Variant Funzioni::getDateFromXml(TextView sDate) const {
-  if (sDate.size() >= kXmlForm) {
-    const char16_t* const x = sDate.data();
-    const char16_t digits[] = {x[0], x[1],  x[2],  x[3],  x[5],  x[6],  x[8],
-                               x[9], x[11], x[12], x[14], x[15], x[17], x[18]};
-    const TextView stamp(digits, std::size(digits));
-    if (isFixedStamp(stamp)) return Variant(std::in_place_type<Text>, stamp);
-  }
-  char16_t digits[kDigits.size()];
-  if (!copyPieces(sDate, digits)) return Empty{};
-  const TextView stamp(digits, kDigits.size());
-  if (!isFixedStamp(stamp)) return Empty{};
-  return Variant(std::in_place_type<Text>, stamp);
+  Variant result(std::in_place_type<Text>, kDigits);
+  if (!copyDate(sDate, std::get_if<Text>(&result)->data())) result = Empty{};
+  return result;
 }
 
 }  // namespace veltgeneral

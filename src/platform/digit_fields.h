@@ -31,4 +31,9 @@ bool fieldsWithin(const char16_t* one, const FieldRanges& oneRanges, const char1
 bool fieldsWithin(const char16_t* four, const char16_t* nextFour,
                   const FieldRanges& ranges) noexcept;
 
+// Of the fields of "YYYY-MM-DDThh:mm:ss", the year being two; what stands between them is not
+// looked at. The day belongs to both fours.
+bool spacedFieldsWithin(const char16_t* text, const FieldRanges& dayRanges,
+                        const FieldRanges& dayAndTimeRanges) noexcept;
+
 }  // namespace veltgeneral::platform

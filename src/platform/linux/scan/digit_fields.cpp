@@ -1,6 +1,7 @@
 #include "platform/digit_fields.h"
 
 #include <algorithm>
+#include <cstring>
 
 #ifdef __SSE2__
 #include <emmintrin.h>
@@ -22,6 +23,16 @@ __m128i outside(__m128i text, const FieldRanges& ranges) {
   const __m128i beyond =
       _mm_subs_epu16(_mm_sub_epi16(fields, load(ranges.least.data())), load(ranges.span.data()));
   return _mm_or_si128(noDigits, beyond);
+}
+
+__m128i field(const char16_t* two) {
+  int units = 0;
+  std::memcpy(&units, two, sizeof units);
+  return _mm_cvtsi32_si128(units);
+}
+
+__m128i joined(__m128i one, __m128i two, __m128i three, __m128i four) {
+  return _mm_unpacklo_epi64(_mm_unpacklo_epi32(one, two), _mm_unpacklo_epi32(three, four));
 }
 
 bool allZero(__m128i lanes) {
@@ -64,6 +75,15 @@ bool fieldsWithin(const char16_t* four, const char16_t* nextFour,
   return allZero(outside(both, ranges));
 }
 
+bool spacedFieldsWithin(const char16_t* text, const FieldRanges& dayRanges,
+                        const FieldRanges& dayAndTimeRanges) noexcept {
+  const __m128i day = field(text + 8);
+  const __m128i year = _mm_loadl_epi64(static_cast<const __m128i*>(static_cast<const void*>(text)));
+  const __m128i date = _mm_unpacklo_epi64(year, _mm_unpacklo_epi32(field(text + 5), day));
+  const __m128i rest = joined(day, field(text + 11), field(text + 14), field(text + 17));
+  return allZero(_mm_or_si128(outside(date, dayRanges), outside(rest, dayAndTimeRanges)));
+}
+
 #else
 
 bool fieldsWithin(const char16_t* eight, const FieldRanges& ranges) noexcept {
@@ -80,6 +100,14 @@ bool fieldsWithin(const char16_t* four, const char16_t* nextFour,
   std::array<char16_t, 8> eight;
   std::copy_n(nextFour, 4, std::copy_n(four, 4, eight.begin()));
   return within(eight.data(), ranges);
+}
+
+bool spacedFieldsWithin(const char16_t* text, const FieldRanges& dayRanges,
+                        const FieldRanges& dayAndTimeRanges) noexcept {
+  std::array<char16_t, 14> digits;
+  char16_t* out = std::copy_n(text, 4, digits.data());
+  for (std::size_t at = 5; at < 19; at += 3) out = std::copy_n(text + at, 2, out);
+  return within(digits.data(), dayRanges) && within(digits.data() + 6, dayAndTimeRanges);
 }
 
 #endif

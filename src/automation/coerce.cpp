@@ -8,9 +8,9 @@
 #include <utility>
 
 #include "automation/calendar.h"
+#include "automation/case_fold.h"
 #include "automation/date_text.h"
 #include "automation/decimal.h"
-#include "automation/letter_case.h"
 #include "automation/number_text.h"
 #include "veltgeneral/runtime_error.h"
 
@@ -101,10 +101,6 @@ Date dateFromNumber(double days) {
   // A fraction of a negative day counts forward, so the first day reaches down to the next number.
   if (!(days > kFirstDay - 1 && days < kAfterLast)) fail(RunTime::overflow);
   return {days};
-}
-
-bool equalsName(TextView text, TextView name) {
-  return text.size() == name.size() && beginsWithName(text, name);
 }
 
 bool booleanOf(TextView text) {

@@ -2,6 +2,7 @@
 #include <array>
 
 #include "automation/calendar.h"
+#include "automation/case_fold.h"
 #include "automation/locale.h"
 
 namespace veltgeneral {
@@ -28,15 +29,15 @@ class PatternWriter {
 
   Text write(TextView pattern) {
     for (std::size_t i = 0; i < pattern.size();) {
-      const char16_t letter = lowered(pattern[i]);
+      const char16_t letter = toUpper(pattern[i]);
       const std::size_t most = longestRun(letter);
       std::size_t run = 1;
-      while (run < most && i + run < pattern.size() && lowered(pattern[i + run]) == letter) ++run;
+      while (run < most && i + run < pattern.size() && toUpper(pattern[i + run]) == letter) ++run;
       if (most == 0) {
         separatorOrLiteral(pattern[i]);
       } else {
         field(letter, run);
-        afterHour_ = letter == u'h';
+        afterHour_ = letter == u'H';
       }
       i += run;
     }
@@ -44,14 +45,10 @@ class PatternWriter {
   }
 
  private:
-  static char16_t lowered(char16_t c) {
-    return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 0x20) : c;
-  }
-
   // 0 for what is no field.
   static std::size_t longestRun(char16_t letter) {
-    if (letter == u'y' || letter == u'm' || letter == u'd') return 4;
-    return letter == u'h' || letter == u'n' || letter == u's' ? 2 : 0;
+    if (letter == u'Y' || letter == u'M' || letter == u'D') return 4;
+    return letter == u'H' || letter == u'N' || letter == u'S' ? 2 : 0;
   }
 
   void separatorOrLiteral(char16_t c) {
@@ -64,15 +61,15 @@ class PatternWriter {
 
   void field(char16_t letter, std::size_t run) {
     switch (letter) {
-      case u'y':
+      case u'Y':
         return year(run);
-      case u'm':
+      case u'M':
         return afterHour_ && run <= 2 ? appendNumber(out_, time_.minute, run) : month(run);
-      case u'd':
+      case u'D':
         return day(run);
-      case u'h':
+      case u'H':
         return appendNumber(out_, time_.hour, run);
-      case u'n':
+      case u'N':
         return appendNumber(out_, time_.minute, run);
       default:
         return appendNumber(out_, time_.second, run);

@@ -6,8 +6,8 @@
 #include <span>
 
 #include "automation/calendar.h"
+#include "automation/case_fold.h"
 #include "automation/date_tokens.h"
-#include "automation/letter_case.h"
 #include "veltgeneral/runtime_error.h"
 
 namespace veltgeneral {

@@ -1,6 +1,6 @@
 #include "automation/date_tokens.h"
 
-#include "automation/letter_case.h"
+#include "automation/case_fold.h"
 
 namespace veltgeneral {
 namespace {
@@ -105,8 +105,8 @@ class Scanner {
       at_ += length;
       return length > 0;
     };
-    const char16_t small = smallLetter(text_[at_]);
-    if (small != u'a' && small != u'p' && small < 0x80) return false;
+    const char16_t capital = toUpper(text_[at_]);
+    if (capital != u'A' && capital != u'P' && capital < 0x80) return false;
     out.value = 0;
     if (is(u"am") || is(u"a") || is(locale_.am)) {
       out.kind = TokenKind::am;

@@ -8,8 +8,8 @@
 #include <string>
 
 #include "automation/builtin_locales.h"
+#include "automation/case_fold.h"
 #include "automation/code_page.h"
-#include "automation/letter_case.h"
 #include "platform/environment.h"
 #include "platform/locale_source.h"
 #include "veltgeneral/runtime_error.h"

@@ -37,7 +37,7 @@ struct Locale {
   Text pm;
   // Derived from the months, to tell other words at their second or third letter: which letter
   // follows which at the beginning of a name. Indices are the place of the first of the two (0, 1)
-  // and its slot (letter_case.h), the bit is the slot of the other.
+  // and its slot (case_fold.h), the bit is the slot of the other.
   std::array<std::array<std::uint32_t, 32>, 2> monthLetters{};
 };
 

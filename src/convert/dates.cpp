@@ -3,6 +3,7 @@
 #include <array>
 
 #include "automation/calendar.h"
+#include "automation/case_fold.h"
 #include "automation/coerce.h"
 #include "automation/locale.h"
 #include "convert/fixed_date.h"
@@ -26,11 +27,8 @@ constexpr DayName kDayNames[] = {
 using WeekNumbers = std::array<std::int16_t, 7>;
 
 std::int16_t numberOf(TextView name) {
-  const auto same = [](char16_t letter, char16_t lower) {
-    return (letter >= u'A' && letter <= u'Z' ? letter + 0x20 : letter) == lower;
-  };
   const auto* const found = std::ranges::find_if(
-      kDayNames, [&](const DayName& row) { return std::ranges::equal(name, row.name, same); });
+      kDayNames, [&](const DayName& row) { return equalsName(name, row.name); });
   return found == std::end(kDayNames) ? std::int16_t{0} : found->number;
 }
 

@@ -1,5 +1,4 @@
 // A fixed shift of code page bytes. It hides a text from a glance, and from nothing else.
-#include <algorithm>
 
 #include "automation/code_page.h"
 #include "convert/report.h"
@@ -12,6 +11,7 @@ namespace {
 
 constexpr int kShift = 10;
 constexpr std::size_t kBlock = 64;
+constexpr std::size_t kPiece = 1024;
 constexpr char16_t kAsciiEnd = 0x80;
 
 bool holdsAscii(const CodePage& page) {
@@ -22,45 +22,60 @@ bool holdsAscii(const CodePage& page) {
 }
 
 template <int By>
-void shiftCodes(const CodePage& page, char16_t* text, std::size_t count) {
-  for (std::size_t i = 0; i < count; ++i) {
-    const auto code = static_cast<std::int16_t>(page.byte(text[i]) + By);
+void shiftCodes(const CodePage& page, TextView text, char16_t* out) {
+  for (const char16_t c : text) {
+    const auto code = static_cast<std::int16_t>(page.byte(c) + By);
     if (code < 0 || code > 255) throw RuntimeError(RunTime::invalidCall);
-    text[i] = page.character(static_cast<std::uint8_t>(code));
+    *out++ = page.character(static_cast<std::uint8_t>(code));
+  }
+}
+
+// From `text` to `out`, which may be the same place.
+template <int By>
+void shiftAll(const CodePage& page, TextView text, char16_t* out) {
+  static const bool kAscii = holdsAscii(page);
+  while (!text.empty()) {
+    // Characters that are their own codes, before and after.
+    const std::size_t plain =
+        kAscii ? platform::shiftUnits(text, out, By < 0 ? -By : 0, kAsciiEnd - kShift,
+                                      static_cast<char16_t>(By))
+               : 0;
+    const TextView rest = text.substr(plain, kBlock);
+    shiftCodes<By>(page, rest, out + plain);
+    text.remove_prefix(plain + rest.size());
+    out += plain + rest.size();
   }
 }
 
 template <int By>
-ErrInfo shifted(const ErrInfo& done, TextView text, Text& out) {
-  return reportedAt(done.locationInfo(), [&] {
+ErrInfo shifted(TextView member, TextView text, Text& out) {
+  static const ErrInfo kDone = doneAt(member);
+  return reportedAt(member, [&] {
     const CodePage& page = systemCodePage();
-    static const bool kAscii = holdsAscii(page);
-    Text built(text);
-    for (std::size_t at = 0; at < built.size();) {
-      // Characters that are their own codes, before and after.
-      if (kAscii) {
-        at += platform::shiftUnits(&built[at], built.size() - at, By < 0 ? -By : 0,
-                                   kAsciiEnd - kShift, static_cast<char16_t>(By));
+    Text built(text.substr(0, kPiece));
+    shiftAll<By>(page, built, built.data());
+    if (text.size() > kPiece) {
+      built.reserve(text.size());
+      // Piece by piece, so that what was copied is still near when it is shifted.
+      for (std::size_t at = kPiece; at < text.size(); at += kPiece) {
+        const TextView piece = text.substr(at, kPiece);
+        built.append(piece);
+        shiftAll<By>(page, piece, &built[at]);
       }
-      const std::size_t count = std::min(kBlock, built.size() - at);
-      shiftCodes<By>(page, &built[at], count);
-      at += count;
     }
     out = std::move(built);
-    return done;
+    return kDone;
   });
 }
 
 }  // namespace
 
 ErrInfo Funzioni::simpleEncrypt(TextView sToEncrypt, Text& sEncrypted) const {
-  static const ErrInfo kDone = doneAt(u"simpleEncrypt");
-  return shifted<kShift>(kDone, sToEncrypt, sEncrypted);
+  return shifted<kShift>(u"simpleEncrypt", sToEncrypt, sEncrypted);
 }
 
 ErrInfo Funzioni::simpleDecrypt(TextView sToDecrypt, Text& sDecrypted) const {
-  static const ErrInfo kDone = doneAt(u"simpleDecrypt");
-  return shifted<-kShift>(kDone, sToDecrypt, sDecrypted);
+  return shifted<-kShift>(u"simpleDecrypt", sToDecrypt, sDecrypted);
 }
 
 }  // namespace veltgeneral

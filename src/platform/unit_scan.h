@@ -38,9 +38,10 @@ using UnitPositions = std::array<std::uint16_t, kScanUnits + kUnitScanSlack>;
 // is overwritten.
 std::size_t findUnits(TextView text, const UnitSet& set, UnitPositions& positions) noexcept;
 
-// Adds `by` to units as long as they are from `first` on at most `count` - 1 further; returns how
-// many it changed, which may be fewer than could be by less than a block of 64.
-std::size_t shiftUnits(char16_t* units, std::size_t size, char16_t first, char16_t count,
+// Writes the units of `text` plus `by` to `out`, as long as they are from `first` on at most
+// `count` - 1 further; returns how many it wrote, which may be fewer than could be by less than a
+// block of 64.
+std::size_t shiftUnits(TextView text, char16_t* out, char16_t first, char16_t count,
                        char16_t by) noexcept;
 
 }  // namespace veltgeneral::platform

@@ -27,21 +27,23 @@ std::size_t findPortably(TextView text, const UnitSet& set, UnitPositions& posit
 }
 
 // Two plain loops, which the compiler turns into vector instructions.
-bool shiftBlock(char16_t* units, char16_t first, char16_t count, char16_t by) noexcept {
+bool shiftBlock(const char16_t* units, char16_t* out, char16_t first, char16_t count,
+                char16_t by) noexcept {
   char16_t others = 0;
   for (std::size_t i = 0; i < kShiftBlock; ++i) {
     const bool other = static_cast<char16_t>(units[i] - first) >= count;
     others = static_cast<char16_t>(others | static_cast<char16_t>(other));
   }
   if (others != 0) return false;
-  for (std::size_t i = 0; i < kShiftBlock; ++i) units[i] = static_cast<char16_t>(units[i] + by);
+  for (std::size_t i = 0; i < kShiftBlock; ++i) out[i] = static_cast<char16_t>(units[i] + by);
   return true;
 }
 
-std::size_t shiftPortably(char16_t* units, std::size_t size, char16_t first, char16_t count,
+std::size_t shiftPortably(TextView text, char16_t* out, char16_t first, char16_t count,
                           char16_t by) noexcept {
   std::size_t done = 0;
-  while (size - done >= kShiftBlock && shiftBlock(units + done, first, count, by)) {
+  while (text.size() - done >= kShiftBlock &&
+         shiftBlock(&text[done], out + done, first, count, by)) {
     done += kShiftBlock;
   }
   return done;
@@ -126,25 +128,25 @@ struct Tables {
   return count;
 }
 
-[[gnu::target("avx2,bmi,popcnt")]] std::size_t shiftWide(char16_t* units, std::size_t size,
+[[gnu::target("avx2,bmi,popcnt")]] std::size_t shiftWide(TextView text, char16_t* out,
                                                          char16_t first, char16_t count,
                                                          char16_t by) noexcept {
   const __m256i start = _mm256_set1_epi16(static_cast<short>(first));
   const __m256i greatest = _mm256_set1_epi16(static_cast<short>(count - 1));
   const __m256i step = _mm256_set1_epi16(static_cast<short>(by));
   std::size_t done = 0;
-  for (; size - done >= kShiftBlock; done += kShiftBlock) {
-    char16_t* const block = units + done;
+  for (; text.size() - done >= kShiftBlock; done += kShiftBlock) {
+    const char16_t* const block = &text[done];
+    // In registers, so that what is written need not be looked at again.
+    const __m256i units[] = {at(block), at(block + 16), at(block + 32), at(block + 48)};
     __m256i others = _mm256_setzero_si256();
-    for (std::size_t i = 0; i < kShiftBlock; i += 16) {
-      const __m256i beyond = _mm256_subs_epu16(_mm256_sub_epi16(at(block + i), start), greatest);
+    for (const __m256i each : units) {
+      const __m256i beyond = _mm256_subs_epu16(_mm256_sub_epi16(each, start), greatest);
       others = _mm256_or_si256(others, beyond);
     }
     if (_mm256_testz_si256(others, others) == 0) break;
-    for (std::size_t i = 0; i < kShiftBlock; i += 16) {
-      _mm256_storeu_si256(reinterpret_cast<__m256i*>(block + i),
-                          _mm256_add_epi16(at(block + i), step));
-    }
+    auto* place = reinterpret_cast<__m256i*>(out + done);
+    for (const __m256i each : units) _mm256_storeu_si256(place++, _mm256_add_epi16(each, step));
   }
   return done;
 }
@@ -189,12 +191,12 @@ std::size_t findUnits(TextView text, const UnitSet& set, UnitPositions& position
   return findPortably(text, set, positions);
 }
 
-std::size_t shiftUnits(char16_t* units, std::size_t size, char16_t first, char16_t count,
+std::size_t shiftUnits(TextView text, char16_t* out, char16_t first, char16_t count,
                        char16_t by) noexcept {
 #ifdef __x86_64__
-  if (hasWide()) return shiftWide(units, size, first, count, by);
+  if (hasWide()) return shiftWide(text, out, first, count, by);
 #endif
-  return shiftPortably(units, size, first, count, by);
+  return shiftPortably(text, out, first, count, by);
 }
 
 }  // namespace veltgeneral::platform

@@ -120,11 +120,18 @@ const BlankRule& asciiRule() {
 }
 
 template <class Rule>
-ErrInfo normalised(const ErrInfo& done, const Rule& (*rule)(), TextView text, Text& out) {
+ErrInfo rewritten(const ErrInfo& done, const Rule& (*rule)(), TextView text, Text& out) {
   return reportedAt(done.locationInfo(), [&] {
     rewrite(rule(), text, out);
     return done;
   });
+}
+
+// The members differ in their names and rules. One body for all rules of a type keeps it short.
+template <const auto& (*rule)()>
+ErrInfo normalised(TextView member, TextView text, Text& out) {
+  static const ErrInfo kDone = doneAt(member);
+  return rewritten(kDone, rule, text, out);
 }
 
 }  // namespace
@@ -140,28 +147,23 @@ TextView onlyAscii(TextView text, Text& room) {
 }
 
 ErrInfo Funzioni::normStringForDb(TextView sStringa, Text& sStringaOut) const {
-  static const ErrInfo kDone = doneAt(u"normStringForDb");
-  return normalised(kDone, &databaseRule, sStringa, sStringaOut);
+  return normalised<&databaseRule>(u"normStringForDb", sStringa, sStringaOut);
 }
 
 ErrInfo Funzioni::normStringNoCRLF(TextView sStringa, Text& sStringaOut) const {
-  static const ErrInfo kDone = doneAt(u"normStringNoCRLF");
-  return normalised(kDone, &lineEndRule, sStringa, sStringaOut);
+  return normalised<&lineEndRule>(u"normStringNoCRLF", sStringa, sStringaOut);
 }
 
 ErrInfo Funzioni::normStringOnlyAscii(TextView sStringa, Text& sStringaOut) const {
-  static const ErrInfo kDone = doneAt(u"normStringOnlyAscii");
-  return normalised(kDone, &asciiRule, sStringa, sStringaOut);
+  return normalised<&asciiRule>(u"normStringOnlyAscii", sStringa, sStringaOut);
 }
 
 ErrInfo Funzioni::normStringOnlyApice(TextView sStringa, Text& sStringaOut) const {
-  static const ErrInfo kDone = doneAt(u"normStringOnlyApice");
-  return normalised(kDone, &apostropheRule, sStringa, sStringaOut);
+  return normalised<&apostropheRule>(u"normStringOnlyApice", sStringa, sStringaOut);
 }
 
 ErrInfo Funzioni::normStringForXML(TextView sStringa, Text& sStringaOut) const {
-  static const ErrInfo kDone = doneAt(u"normStringForXML");
-  return normalised(kDone, &xmlRule, sStringa, sStringaOut);
+  return normalised<&xmlRule>(u"normStringForXML", sStringa, sStringaOut);
 }
 
 ErrInfo Funzioni::normStringOnlyApiceWithNull(const Variant& vntStringa,

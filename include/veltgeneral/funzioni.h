@@ -88,11 +88,12 @@ class VELTGENERAL_API Funzioni {
 
   // A duration in tenths of a minute as "PT1H30M0S" (ISO 8601), hours beyond 24 included; seconds
   // may have a fraction, and an amount below zero stands in the seconds alone. "PT0H0M0S" for what
-  // is no number.
+  // is no number. Throws RuntimeError 6 for more seconds than a double counts.
   Text getDur2Xml(const Variant& vntDur) const;
   // getDur2Xml backwards, for whole seconds. Behind the first two characters,
   // whatever they are, only digits and the letters H, M and S count, so "PT7.5S" is 75 seconds.
-  // Throws RuntimeError 13 for a letter without digits, and as a conversion to text does.
+  // Throws RuntimeError 13 for a letter without digits, 6 for more than a double counts, and as a
+  // conversion to text does.
   double getDurFromXml(const Variant& vntDur) const;
   // An amount of work in thousandths of a minute, written as getDur2Xml writes durations.
   Text getWork2Xml(const Variant& vntBool) const;

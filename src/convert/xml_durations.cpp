@@ -5,6 +5,7 @@
 #include "automation/coerce.h"
 #include "convert/fixed_date.h"
 #include "veltgeneral/funzioni.h"
+#include "veltgeneral/runtime_error.h"
 
 namespace veltgeneral {
 namespace {
@@ -44,6 +45,11 @@ Text writtenWhole(std::int64_t total) {
   return {text, out};
 }
 
+double inRange(double value) {
+  if (!std::isfinite(value)) throw RuntimeError(RunTime::overflow);
+  return value;
+}
+
 double amountOf(const Variant& value) {
   const double* const real = std::get_if<double>(&value);
   return real ? *real : toDouble(value);
@@ -51,7 +57,7 @@ double amountOf(const Variant& value) {
 
 Text written(const Variant& amount, double unitsToMinute) {
   if (kindOf(amount) != Kind::real && !isNumeric(amount)) return u"PT0H0M0S";
-  const double total = amountOf(amount) * 60 / unitsToMinute;
+  const double total = inRange(amountOf(amount) * 60 / unitsToMinute);
   if (total >= 0 && total < kExactLimit) {
     if (const auto whole = static_cast<std::int64_t>(total); static_cast<double>(whole) == total) {
       return writtenWhole(whole);
@@ -93,7 +99,7 @@ double read(const Variant& value, double unitsToMinute) {
       digits.clear();
     }
   }
-  return (minutes * 60 + hours * 3600 + seconds) * unitsToMinute / 60;
+  return inRange((minutes * 60 + hours * 3600 + seconds) * unitsToMinute / 60);
 }
 
 }  // namespace

@@ -88,11 +88,12 @@ TEST(Xml, DurationsAreWrittenInTenthsAndThousandthsOfAMinute) {
     EXPECT_EQ(f.getDur2Xml(c.value), c.tenths);
     EXPECT_EQ(f.getWork2Xml(c.value), c.thousandths);
   }
-}
-
-// Each number by the general writer, as the direct one must have it.
-TEST(Xml, DurationsAreWrittenAsTheGeneralWriterWrites) {
-  const Funzioni f;
+  // More seconds than a double counts.
+  for (const double value : {1e308, -1e308, HUGE_VAL, std::nan("")}) {
+    EXPECT_EQ(errorOf([&] { return f.getDur2Xml(value); }), 6);
+    EXPECT_EQ(errorOf([&] { return f.getWork2Xml(value); }), 6);
+  }
+  // Each number by the general writer, as the direct one must have it.
   std::mt19937_64 random(9);
   for (int i = 0; i < 500'000; ++i) {
     const double scale = std::pow(10.0, static_cast<double>(random() % 20));
@@ -147,7 +148,9 @@ TEST(Xml, DurationsAreReadFromTheirDigits) {
     }
   }
   EXPECT_EQ(f.getWorkFromXml(Text(u"PT0H1M0S")), 1000);
-  EXPECT_EQ(errorOf([&] { return f.getDurFromXml(u"PT" + Text(400, u'9') + u"S"); }), 6);
+  for (const std::size_t digits : {308, 400}) {
+    EXPECT_EQ(errorOf([&] { return f.getDurFromXml(u"PT" + Text(digits, u'9') + u"H"); }), 6);
+  }
   EXPECT_EQ(f.getDurFromXml(u"PT" + Text(400, u'9')), 0);  // no letter asks for them
 }
 

@@ -8,14 +8,10 @@
 namespace veltgeneral {
 namespace {
 
-constexpr auto kUnknown = static_cast<typeDataBaseEngine>(7);
-constexpr typeDataBaseEngine kEngines[] = {dbengineORACLE, dbengineMSACCESS, dbengineSQLSERVER,
-                                           kUnknown};
-
 struct DateCase {
   const char* locale;
   TextView stamp;
-  TextView literals[3];
+  TextView literals[3];  // by engine
 };
 
 constexpr DateCase kDates[] = {
@@ -43,49 +39,54 @@ TEST(Database, DatesInEachLocale) {
     const ScopedLocale locale(c.locale);
     SCOPED_TRACE(c.locale + toUtf8(c.stamp));
     const Funzioni f;
-    for (std::size_t i = 0; i < 3; ++i) {
-      EXPECT_EQ(f.getDataForDB(kEngines[i], Text(c.stamp)), Variant(Text(c.literals[i])));
+    for (int engine = 1; engine <= 3; ++engine) {
+      EXPECT_EQ(f.getDataForDB(static_cast<typeDataBaseEngine>(engine), Text(c.stamp)),
+                Variant(Text(c.literals[engine - 1])));
     }
-    EXPECT_EQ(f.getDataForDB(kUnknown, Text(c.stamp)), Variant(Empty{}));
     EXPECT_EQ(f.getDayNumberFromYYYYMMDD(u"20240107"),
               TextView(u"fr_FR") == fromUtf8(c.locale) ? 0 : 1);
   }
 }
 
-TEST(Database, BooleansByEngine) {
-  const Funzioni f;
-  static constexpr std::int16_t kFactors[] = {-1, 1, -1, 0};
-  for (std::size_t i = 0; i < std::size(kEngines); ++i) {
-    EXPECT_EQ(f.getBoolForDB(kEngines[i]), kFactors[i]);
-    Variant yes = true;
-    const Variant expected = i < 3 ? Variant(static_cast<std::int16_t>(-kFactors[i])) : Empty{};
-    EXPECT_EQ(f.getBoolForDBx(kEngines[i], yes), expected);
-    EXPECT_EQ(yes, Variant(true));
-    // An engine that is unknown converts nothing, so nothing can overflow.
-    Variant great = std::int32_t{-32768};
-    if (kEngines[i] == dbengineORACLE || kEngines[i] == dbengineSQLSERVER) {
-      EXPECT_THROW(f.getBoolForDBx(kEngines[i], great), RuntimeError);
-    } else {
-      EXPECT_NO_THROW(f.getBoolForDBx(kEngines[i], great));
-    }
-  }
-}
+struct Engine {
+  std::int32_t number;
+  std::int16_t factor;
+  Variant missing, yes, lowest;  // of null, true and -32768; missing where that is error 6
+};
 
-TEST(Database, FloatingPointNumbersBecomeTextsInTheCallersHands) {
+const Engine kEngines[] = {
+    {dbengineORACLE, -1, Text(u"''"), std::int16_t{1}, Missing{}},
+    {dbengineMSACCESS, 1, Text(u"Null"), std::int16_t{-1}, std::int16_t{-32768}},
+    {dbengineSQLSERVER, -1, Text(u"Null"), std::int16_t{1}, Missing{}},
+    {7, 0, Empty{}, Empty{}, Empty{}},
+};
+
+TEST(Database, EveryEngineHasItsOwnLiterals) {
   const ScopedLocale italian("it_IT");
   const Funzioni f;
-  for (const typeDataBaseEngine engine : kEngines) {
-    Variant value = 1.25;
-    const bool known = engine != kUnknown;
-    const Variant text = Text(u"1.25");
-    EXPECT_EQ(f.getNumberForDB(engine, value), known ? text : Variant(Empty{}));
-    EXPECT_EQ(value, known ? text : Variant(1.25));
-    Variant seven = std::int16_t{7};
-    EXPECT_EQ(f.getNumberForDB(engine, seven), known ? Variant(std::int32_t{7}) : Variant(Empty{}));
-    EXPECT_EQ(seven, Variant(std::int16_t{7}));
+  for (const Engine& e : kEngines) {
+    SCOPED_TRACE(e.number);
+    const auto engine = static_cast<typeDataBaseEngine>(e.number);
+    EXPECT_EQ(f.getBoolForDB(engine), e.factor);
+    Variant yes = true;
+    Variant lowest = std::int32_t{-32768};
     Variant null = Null{};
-    const Variant missing = Text(engine == dbengineORACLE ? u"''" : u"Null");
-    EXPECT_EQ(f.getNumberForDB(engine, null), known ? missing : Variant(Empty{}));
+    Variant text = Text(u"x");
+    EXPECT_EQ(f.getBoolForDBx(engine, yes), e.yes);
+    if (kindOf(e.lowest) == Kind::missing) {
+      EXPECT_THROW(f.getBoolForDBx(engine, lowest), RuntimeError);
+    } else {
+      EXPECT_EQ(f.getBoolForDBx(engine, lowest), e.lowest);
+    }
+    EXPECT_EQ(f.getBoolForDBx(engine, text), e.missing);
+    EXPECT_EQ(f.getNumberForDB(engine, null), e.missing);
+    EXPECT_EQ(f.getDataForDB(engine, null), e.missing);
+    // A floating-point number becomes its text in the caller's hands too.
+    const bool known = kindOf(e.missing) == Kind::text;
+    Variant real = 1.25;
+    const Variant written = Text(u"1.25");
+    EXPECT_EQ(f.getNumberForDB(engine, real), known ? written : Variant(Empty{}));
+    EXPECT_EQ(real, known ? written : Variant(1.25));
   }
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 #include <random>
+#include <span>
 
 #include "automation/calendar.h"
 #include "automation/coerce.h"
@@ -13,62 +14,35 @@
 namespace veltgeneral {
 namespace {
 
-struct Case {
-  TextView text;
-  bool day, stamp, time;
-};
-
-constexpr Case kCases[] = {
-    // text              day    stamp  time
-    {u"20240229", true, false, false},  // leap day
-    {u"20000229", true, false, false},
-    {u"10000101", true, false, false},
-    {u"99991231", true, false, false},
-    {u"20240101235959", false, true, false},
-    {u"99991231235959", false, true, false},
-    {u"000000", false, false, true},
-    {u"235959", false, false, true},
+constexpr TextView kDays[] = {u"20240229", u"20000229", u"10000101", u"99991231"};
+constexpr TextView kStamps[] = {u"20240101235959", u"99991231235959", u"18991229000000",
+                                u"18991230000001"};
+constexpr TextView kTimes[] = {u"000000", u"235959"};
+constexpr TextView kNone[] = {
     // A unit past its range carries, so the text does not come back.
-    {u"20230229", false, false, false},
-    {u"19000229", false, false, false},
-    {u"20241301", false, false, false},
-    {u"20240100", false, false, false},
-    {u"20240001", false, false, false},
-    {u"20240101240000", false, false, false},
-    {u"20240101126000", false, false, false},
-    {u"240000", false, false, false},
-    {u"126000", false, false, false},
-    {u"120060", false, false, false},
-    // Years of other than four digits.
-    {u"00500101", false, false, false},
-    {u"09991231", false, false, false},
-    // A time cannot be told from a negative day number.
-    {u"18991229000000", false, true, false},
-    {u"18991229000001", false, false, false},
-    {u"18991230000001", false, true, false},
+    u"20230229", u"19000229", u"20241301", u"20240100", u"20240001", u"20240101240000",
+    u"20240101126000", u"240000", u"126000", u"120060",
+    // Years of other than four digits; a time cannot be told from a negative day number.
+    u"00500101", u"09991231", u"18991229000001",
     // Fields that are numbers, and do not come back.
-    {u"2024 1 1", false, false, false},
-    {u"2024+1+1", false, false, false},
-    {u"2024010&", false, false, false},
-    {u"1e30&H01", false, false, false},
-    {u"２０２４０１０１", false, false, false},
+    u"2024 1 1", u"2024+1+1", u"2024010&", u"1e30&H01", u"２０２４０１０１",
     // Wrong shape.
-    {u"", false, false, false},
-    {u"2024O101", false, false, false},
-    {u"2024010", false, false, false},
-    {u"202401011", false, false, false},
-    {TextView(u"2024010\0", 8), false, false, false},
-    {TextView(u"00000\0", 6), false, false, false},
-};
+    u"", u"2024O101", u"2024010", u"202401011", TextView(u"2024010\0", 8), TextView(u"00000\0", 6)};
 
 TEST(FixedWidthText, DaysStampsAndTimes) {
   const Funzioni f;
-  for (const Case& c : kCases) {
-    SCOPED_TRACE(toUtf8(c.text));
-    EXPECT_EQ(f.isDateYYYYMMDD(c.text), c.day);
-    EXPECT_EQ(f.isDateYYYYMMDDHH24MISS(c.text), c.stamp);
-    EXPECT_EQ(f.isTimeHH24MISS(c.text), c.time);
-  }
+  const auto check = [&](std::span<const TextView> texts, bool day, bool stamp, bool time) {
+    for (const TextView text : texts) {
+      SCOPED_TRACE(toUtf8(text));
+      EXPECT_EQ(f.isDateYYYYMMDD(text), day);
+      EXPECT_EQ(f.isDateYYYYMMDDHH24MISS(text), stamp);
+      EXPECT_EQ(f.isTimeHH24MISS(text), time);
+    }
+  };
+  check(kDays, true, false, false);
+  check(kStamps, false, true, false);
+  check(kTimes, false, false, true);
+  check(kNone, false, false, false);
 }
 
 // The rule itself, step by step: fields as 16-bit numbers, construction that carries, formatting.
@@ -151,45 +125,36 @@ TEST(FixedWidthText, IsJudgedAsTheRoundTripThroughTheCalendarJudges) {
   EXPECT_GT(accepted, 500'000u);
 }
 
-std::int16_t dayByName(TextView text) {
-  static constexpr TextView kNames[] = {u"dom", u"lun", u"mar", u"mer", u"gio", u"ven", u"sab"};
-  try {
-    const auto* const name = std::ranges::find(kNames, TextView(formatDate(dayFrom(text), u"ddd")));
-    return static_cast<std::int16_t>(name - kNames + 1);
-  } catch (const RuntimeError&) {
-    return 0;
-  }
-}
-
 TEST(DayOfTheWeek, IsThatOfTheConstructedDate) {
   const ScopedLocale italian("it_IT");
   const Funzioni f;
+  static constexpr TextView kNames[] = {u"",    u"dom", u"lun", u"mar",
+                                        u"mer", u"gio", u"ven", u"sab"};
   Generator generate(5);
   for (int i = 0; i < 500'000; ++i) {
     const Text text = generate.next(8);
-    ASSERT_EQ(f.getDayNumberFromYYYYMMDD(text), dayByName(text)) << toUtf8(text);
+    Text name;
+    try {
+      name = formatDate(dayFrom(text), u"ddd");
+    } catch (const RuntimeError&) {
+    }
+    const std::int16_t number = f.getDayNumberFromYYYYMMDD(text);
+    ASSERT_EQ(kNames[static_cast<std::size_t>(number)], name) << toUtf8(text);
   }
 }
 
-TEST(FixedWidthText, TextsForNoDate) {
+TEST(FixedWidthText, TextsForNoDateAndLeapYears) {
   const Funzioni f;
   for (const TextView text :
-       {u"00000000", u"        ", u"0000000", u"       ", u"000000000", u""}) {
+       {u"00000000", u"        ", u"0000000", u"       ", u"000000000", u"", u"2024", u"2000",
+        u"0000", u"9996", u"1900", u"2023", u"20a4", u"202", u"20244", u"+024", u"２０２４"}) {
     SCOPED_TRACE(toUtf8(text));
     EXPECT_EQ(f.isDateYYYYMMDDefault(text), text == u"00000000");
     EXPECT_EQ(f.isDateYYYYMMDDefaultSpaces(text), text == u"        ");
-  }
-}
-
-TEST(LeapYear, IsFourDigitsOfTheGregorianCalendar) {
-  const Funzioni f;
-  for (const TextView year : {u"2024", u"2000", u"0000", u"9996", u"1900", u"2023", u"20a4", u"202",
-                              u"20244", u"+024", u"", u"２０２４"}) {
-    SCOPED_TRACE(toUtf8(year));
-    Text text(year);
-    const bool leap = year == u"2024" || year == u"2000" || year == u"0000" || year == u"9996";
-    EXPECT_EQ(f.isYYYYBisestile(text), leap);
-    EXPECT_EQ(text, year);
+    Text year(text);
+    const bool leap = text == u"2024" || text == u"2000" || text == u"0000" || text == u"9996";
+    EXPECT_EQ(f.isYYYYBisestile(year), leap);
+    EXPECT_EQ(year, text);
   }
 }
 

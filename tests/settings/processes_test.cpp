@@ -127,19 +127,34 @@ TEST(Processes, KilledOverTheRegistryLeaveItWholeAndUnlocked) {
       });
 }
 
-TEST(Processes, KilledOverTheLogLeaveWholeLines) {
+TEST(Processes, KilledOverTheLogNeverJoinTwoLines) {
   const TestHost host;
   const std::string path = host / "drive/app.log";
-  const std::string line(150, 'x');
-  killAgainAndAgain([&](int) { platform::appendToLog(path, 20000, line + "\r\n"); },
-                    [&] {
-                      platform::appendToLog(path, 20000, line + "\r\n");
-                      for (const std::string& file : {path, path + ".old"}) {
-                        std::ifstream in(file, std::ios::binary);
-                        for (std::string read; std::getline(in, read);)
-                          ASSERT_EQ(read, line + "\r");
-                      }
-                    });
+  const std::string line = std::string(150, 'x') + "\r";
+  killAgainAndAgain(
+      [&](int) { platform::appendToLog(path, 20000, line + "\n"); },
+      [&] {
+        platform::appendToLog(path, 20000, line + "\n");
+        for (const std::string& file : {path, path + ".old"}) {
+          std::ifstream in(file, std::ios::binary);
+          for (std::string read; std::getline(in, read);)
+            ASSERT_TRUE(read == line || (line + "\r").starts_with(read.substr(0, read.size() - 1)))
+                << read;
+        }
+      });
+}
+
+// As a killed process leaves it: the pages that it had filled.
+TEST(Processes, RecordAfterATornOneStartsALine) {
+  const TestHost host;
+  const std::string path = host / "drive/app.log";
+  for (const auto& [before, between] : {std::pair{std::string(4096, 'x'), "\r\n"},
+                                        {std::string(8190, 'x') + "\r\n", ""},
+                                        {std::string(4095, 'x'), ""}}) {
+    setContent(path, before);
+    ASSERT_TRUE(platform::appendToLog(path, 20000, "next\r\n"));
+    EXPECT_EQ(contentOf(path), before + between + "next\r\n");
+  }
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <string>
 
 #include "platform/linux/files/descriptor.h"
 #include "platform/linux/settings/replace_file.h"
@@ -16,6 +17,7 @@ namespace {
 
 constexpr mode_t kAnyWrite = S_IWUSR | S_IWGRP | S_IWOTH;
 constexpr mode_t kNewFile = S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
+constexpr off_t kPage = 4096;  // the smallest there is; larger ones are multiples
 constexpr int kFlags = O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
 
 // Looked at as bits: a process with all rights could write there, and is not meant to.
@@ -79,6 +81,21 @@ bool writeRecord(int fd, std::string_view record) {
   return false;
 }
 
+// A process that is killed inside a write leaves the pages that it has filled: such a record stops
+// where a page of the file does, and gets the line end that it lacks. A write of a living process
+// passes the same point, so the size of then has to last over an operation that waits for writes.
+void endTornRecord(int fd, off_t size) {
+  const FileLock lock(fd);
+  struct stat status {};
+  if (!lock.holds() || ::futimens(fd, nullptr) != 0 || ::fstat(fd, &status) != 0) return;
+  if (status.st_size != size) return;
+  const Descriptor again(
+      ::open(("/proc/self/fd/" + std::to_string(fd)).c_str(), O_RDONLY | kFlags));
+  char last = '\n';
+  if (again && ::pread(again.get(), &last, 1, size - 1) == 1 && last != '\n')
+    writeRecord(fd, "\r\n");
+}
+
 void rotateOnly(const std::string& path, std::int64_t limit) {
   struct stat status {};
   if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size <= limit)
@@ -109,6 +126,8 @@ bool append(const std::string& path, std::int64_t limit, std::string_view record
         continue;
       }
     }
+    if (regular && status.st_size > 0 && status.st_size % kPage == 0)
+      endTornRecord(file.get(), status.st_size);
     // Another process may rotate from here on: the record then stands in ".old", as it would had
     // this process been a little faster.
     return writeRecord(file.get(), record);

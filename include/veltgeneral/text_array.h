@@ -76,7 +76,7 @@ class VELTGENERAL_API TextArray {
   friend class TextArrayBuilder;  // loaders: automation/text_array_builder.h
   friend class TextArrayCells;    // sorts: automation/text_array_cells.h
 
-  // Slab and offset in 40 bits, length in 24: see text_array.cpp.
+  // Slab and offset in 40 bits, length in 24: see text_array_cell.h.
   using Cell = std::uint64_t;
   struct Free {
     void operator()(void* memory) const noexcept;
@@ -91,6 +91,7 @@ class VELTGENERAL_API TextArray {
   std::size_t index(std::int32_t field) const;
   std::size_t index(std::int32_t field, std::int32_t row) const;
   void allocateCells(std::size_t count);
+  void resizeCells(std::size_t count);
   void store(std::size_t cell, TextView text);
   Cell append(TextView text);
   void reserveSlab(std::size_t units);

@@ -147,18 +147,6 @@ bool operator==(const TextArray& one, const TextArray& other) {
       [&](TextArray::Cell a, TextArray::Cell b) { return one.view(a) == other.view(b); });
 }
 
-TextView TextArray::view(Cell cell) const noexcept {
-  const auto length = static_cast<std::size_t>(cell & kOwnSlab);
-  if (length == 0) return {};
-  const std::uint64_t place = cell >> kLengthBits;
-  if (length == kOwnSlab) {
-    const Slab& slab = slabs_[static_cast<std::size_t>(place)];
-    return {slab.text.get(), slab.used};
-  }
-  const Slab& slab = slabs_[static_cast<std::size_t>(place >> kOffsetBits)];
-  return {slab.text.get() + (place & (kSlabLimit - 1)), length};
-}
-
 std::size_t TextArray::index(std::int32_t field) const {
   const std::int64_t offset = std::int64_t{field} - bounds_[0].lower;
   if (dimensions_ != 1 || offset < 0 || field > bounds_[0].upper) {
@@ -183,6 +171,15 @@ void TextArray::allocateCells(std::size_t count) {
   if (!cells_) fail(RunTime::outOfMemory);
   platform::preferHugePages(cells_.get(), count * sizeof(Cell));
   size_ = count;
+}
+
+// As a loader needs them: the new ones are unset, and pages that it never fills are never touched.
+void TextArray::resizeCells(std::size_t count) {
+  void* const cells = std::realloc(cells_.get(), count * sizeof(Cell));
+  if (cells == nullptr) fail(RunTime::outOfMemory);
+  (void)cells_.release();
+  cells_.reset(static_cast<Cell*>(cells));
+  platform::preferHugePages(cells, count * sizeof(Cell));
 }
 
 void TextArray::store(std::size_t cell, TextView text) {
@@ -230,14 +227,6 @@ char16_t* TextArray::claim(std::size_t units) {
   char16_t* place = slab.text.get() + slab.used;
   slab.used += units;
   return place;
-}
-
-TextArray::Cell TextArray::cellFor(const char16_t* text, std::size_t units) const noexcept {
-  if (units == 0) return 0;
-  const Cell slab = slabs_.size() - 1;
-  if (units >= kOwnSlab) return (slab << kLengthBits) | kOwnSlab;
-  const auto offset = static_cast<Cell>(text - slabs_.back().text.get());
-  return (((slab << kOffsetBits) | offset) << kLengthBits) | units;
 }
 
 void TextArray::compact() {

@@ -30,9 +30,7 @@ void TextArrayBuilder::grow(std::size_t expected) {
   if (rows > std::numeric_limits<std::size_t>::max() / sizeof(Cell) / width_) {
     throw RuntimeError(RunTime::outOfMemory);
   }
-  auto before = std::move(array_.cells_);
-  array_.allocateCells(rows * width_);
-  if (before) std::copy_n(before.get(), rows_ * width_, array_.cells_.get());
+  array_.resizeCells(rows * width_);
   capacity_ = rows;
 }
 

@@ -4,10 +4,12 @@
 // show the same characters.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 
+#include "automation/text_array_cell.h"
 #include "veltgeneral/text_array.h"
 
 namespace veltgeneral {
@@ -26,7 +28,9 @@ class TextArrayBuilder {
   template <class Expected>
   std::span<Cell> addRow(Expected&& expected) {
     if (rows_ == capacity_) grow(expected());
-    return std::span(array_.cells_.get() + width_ * rows_++, width_);
+    const std::span row(array_.cells_.get() + width_ * rows_++, width_);
+    std::ranges::fill(row, Cell{0});
+    return row;
   }
   std::size_t rows() const noexcept { return rows_; }
 

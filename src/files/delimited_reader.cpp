@@ -117,6 +117,7 @@ Outcome fillRow(TextArrayBuilder& builder, std::span<const std::uint8_t> bytes, 
 }
 
 bool isBlank(std::span<const char16_t> text) {
+  if (!text.empty() && text.front() != u' ') return false;
   return trim(TextView(text.data(), text.size())).empty();
 }
 

@@ -63,23 +63,17 @@ void LineReader::forEachLine(Each&& each) const {
   const std::uint32_t* const marks = marks_.data();
   const std::uint8_t* const bytes = buffer_.data();
   const auto flag = static_cast<std::uint8_t>(flag_);
-  std::size_t begin = 0;
-  std::size_t firstMark = 0;
-  bool hasFlag = false;
-  for (std::size_t i = 0; i < markCount_; ++i) {
-    const std::size_t at = marks[i];
-    if (bytes[at] != '\r') {
-      hasFlag |= bytes[at] == flag;
-      continue;
+  std::size_t mark = 0;
+  for (std::size_t begin = 0; begin < complete_; ++mark) {
+    const std::size_t first = mark;
+    bool hasFlag = false;
+    for (; mark < markCount_ && bytes[marks[mark]] != '\r'; ++mark) {
+      hasFlag |= bytes[marks[mark]] == flag;
     }
-    each(Line{begin, at, {marks + firstMark, i - firstMark}, hasFlag});
-    begin = at + 1;
+    const std::size_t end = mark < markCount_ ? marks[mark] : complete_;
+    each(Line{begin, end, {marks + first, mark - first}, hasFlag});
+    begin = end + 1;
     if (begin < complete_ && bytes[begin] == '\n') ++begin;
-    firstMark = i + 1;
-    hasFlag = false;
-  }
-  if (begin < complete_) {
-    each(Line{begin, complete_, {marks + firstMark, markCount_ - firstMark}, hasFlag});
   }
 }
 

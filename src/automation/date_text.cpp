@@ -141,13 +141,6 @@ std::optional<Date> dateAndTime(Tokens tokens, std::size_t start, std::size_t le
   return dateOf(*day, *seconds);
 }
 
-// A text that begins with a letter begins with a month: what tells nearly every word from a date.
-bool canOpen(TextView text, const Locale& locale) {
-  if (text.size() < 2) return false;
-  const unsigned first = letterSlot(text[0]);
-  return first == kNoLetterSlot || (locale.monthLetters[0][first] >> letterSlot(text[1]) & 1) != 0;
-}
-
 std::optional<Date> parse(TextView text, const Locale& locale) {
   DateTokens scanned;
   if (!scanned.scan(text, locale)) return std::nullopt;
@@ -165,9 +158,7 @@ std::optional<Date> parse(TextView text, const Locale& locale) {
 
 }  // namespace
 
-bool isDateText(TextView text, const Locale& locale) {
-  return canOpen(text, locale) && parse(text, locale).has_value();
-}
+bool isDateToItsEnd(TextView text, const Locale& locale) { return parse(text, locale).has_value(); }
 
 Date readDate(TextView text, const Locale& locale) {
   const auto date = parse(text, locale);

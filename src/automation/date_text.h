@@ -16,15 +16,28 @@
 // words may follow, and then the hour may stand alone. A time alone is of day zero.
 #pragma once
 
+#include "automation/case_fold.h"
 #include "automation/locale.h"
 #include "veltgeneral/text.h"
 #include "veltgeneral/variant.h"
 
 namespace veltgeneral {
 
-// True exactly where readDate succeeds. A text that cannot be a date is mostly told by its first
-// characters.
-bool isDateText(TextView text, const Locale& locale);
+// Whether a date's text can begin as `text` does. A text that begins with a letter begins with a
+// month: what tells nearly every word from a date.
+inline bool canBeginDate(TextView text, const Locale& locale) {
+  if (text.size() < 2) return false;
+  const unsigned first = letterSlot(text[0]);
+  return first == kNoLetterSlot || (locale.monthLetters[0][first] >> letterSlot(text[1]) & 1) != 0;
+}
+
+// Whether a text that begins as a date can is one to its end.
+bool isDateToItsEnd(TextView text, const Locale& locale);
+
+// True exactly where readDate succeeds.
+inline bool isDateText(TextView text, const Locale& locale) {
+  return canBeginDate(text, locale) && isDateToItsEnd(text, locale);
+}
 
 // Throws RuntimeError 13 for a text that is no date.
 Date readDate(TextView text, const Locale& locale);

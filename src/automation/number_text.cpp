@@ -1,5 +1,6 @@
 #include "automation/number_text.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -237,24 +238,13 @@ Number scanned(TextView text, const Locale& locale) {
   return *number;
 }
 
-// Whether a number's text can begin with `c`: what tells nearly every word from one.
-bool canOpen(char16_t c, const Locale& locale) {
-  constexpr auto kOpeners = [] {
-    std::uint64_t set = 0;
-    for (const char16_t opener : TextView(u"0123456789 \t\r\n+-(&.,")) set |= 1ull << opener;
-    return set;
-  }();
-  if (c < 64 && (kOpeners >> c & 1) != 0) return true;
-  return c == locale.decimal || c == locale.currency.c_str()[0] || isNoBreakBlank(c);
-}
-
 // Doubles end between 1.7E+308 and 1.8E+308.
 constexpr std::int64_t kSafeMagnitude = 308;
 
 }  // namespace
 
-bool isNumberText(TextView text, const Locale& locale) {
-  if (text.empty() || !canOpen(text[0], locale)) return false;
+bool isNumberToItsEnd(TextView text, const Locale& locale) {
+  if (text.size() <= kSafeMagnitude && std::ranges::all_of(text, isDigit)) return true;
   const auto number = Scanner(text, locale).scan();
   if (!number) return false;
   if (number->literal) return fitsLiteral(*number);

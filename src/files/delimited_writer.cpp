@@ -1,69 +1,144 @@
 // FileUtility's members that turn tables into delimited text.
+//
+// Rows are written one behind the other into a buffer that stays in the cache, and leave it many at
+// a time: for a text, or through the code page for a file.
 #include <algorithm>
 #include <vector>
 
-#include "automation/coerce.h"
+#include "automation/date_text.h"
+#include "automation/number_text.h"
+#include "automation/text_array_cells.h"
 #include "files/csv_line.h"
 #include "files/file_result.h"
+#include "files/text_file.h"
 #include "platform/memory.h"
 #include "veltgeneral/file_utility.h"
 
 namespace veltgeneral {
 namespace {
 
-constexpr TextView kRowEnd = u"\r\n";
 constexpr std::int32_t kArchive = 32;
 
-// The text of one row as it grows: room is made once a cell, and its characters go there unchecked.
-class RowText {
+// Text as it grows: room is made once a cell, and its characters go there unchecked.
+class GrowingText {
  public:
-  void clear() noexcept { end_ = 0; }
+  std::size_t size() const noexcept { return end_; }
   TextView view() const noexcept { return {units_.data(), end_}; }
+  // Forgets what lies behind `size`.
+  void cut(std::size_t size) noexcept { end_ = size; }
 
-  // Room for at least `units` characters at the end; `close` says where they really end.
-  char16_t* open(std::size_t units) {
+  // Room for `units` characters from `end` on, which is where what has been written ends.
+  char16_t* room(char16_t* end, std::size_t units) {
+    end_ = static_cast<std::size_t>(end - units_.data());
     if (units_.size() - end_ < units) units_.resize(2 * (end_ + units));
     return units_.data() + end_;
   }
+  char16_t* room(std::size_t units) { return room(units_.data() + end_, units); }
   void close(const char16_t* end) noexcept { end_ = static_cast<std::size_t>(end - units_.data()); }
 
  private:
-  std::vector<char16_t> units_ = std::vector<char16_t>(512);
+  std::vector<char16_t> units_ = std::vector<char16_t>(16 << 10);
   std::size_t end_ = 0;
 };
 
-// Whether the cell goes out as it is; a quote in it makes it neither number nor date.
-bool isPlain(TextView cell) { return isNumeric(cell) || isDate(cell); }
+bool isBlank(TextView cell) {
+  return cell[0] == u' ' && cell.find_first_not_of(u' ') == TextView::npos;
+}
 
-// In quotes, every quote doubled.
+// In quotes, every quote doubled. Most cells hold none, so eight characters are looked at together.
 char16_t* writeQuoted(char16_t* out, TextView cell) {
+  constexpr std::size_t kStep = 8;
+  const auto copyUpTo = [&](std::size_t count) {
+    for (const char16_t c : cell.substr(0, count)) {
+      *out++ = c;
+      if (c == kQuote) *out++ = c;
+    }
+  };
   *out++ = kQuote;
-  for (const char16_t c : cell) {
-    *out++ = c;
-    if (c == kQuote) *out++ = c;
+  for (; cell.size() >= kStep; cell.remove_prefix(kStep)) {
+    bool hasQuote = false;
+    for (std::size_t i = 0; i < kStep; ++i) hasQuote |= cell[i] == kQuote;
+    if (hasQuote) {
+      copyUpTo(kStep);
+    } else {
+      out = std::copy_n(cell.data(), kStep, out);
+    }
   }
+  copyUpTo(cell.size());
   *out++ = kQuote;
   return out;
 }
 
-// Appends the row unless all its cells are blank; nothing when a cell is not there.
-void appendRow(Text& out, RowText& text, const TextArray& table, std::int32_t row,
-               std::int32_t columns) {
-  bool hasData = false;
-  text.clear();
-  for (std::int32_t column = 1; column <= columns; ++column) {
-    const TextView cell = table.at(column, row);
-    char16_t* end = text.open(2 * cell.size() + 3);
-    if (!cell.empty()) {
-      const bool blank = cell.find_first_not_of(u' ') == TextView::npos;
-      hasData |= !blank;
-      end = blank || isPlain(cell) ? std::ranges::copy(cell, end).out : writeQuoted(end, cell);
-    }
-    if (column < columns) *end++ = kSeparator;
-    text.close(end);
+// The rows (1..columns) of a table as delimited text.
+class TableText {
+ public:
+  using Cell = TextArrayCells::Cell;
+
+  TableText(TextArray& table, std::int32_t columns)
+      : table_(table), cells_(table), columns_(columns) {}
+
+  // How many of the first `rows` rows the table has.
+  std::int64_t rowsThere(std::int32_t rows) const {
+    if (rows <= 0 || columns_ <= 0) return 0;
+    if (table_.dimensions() != 2) return 0;
+    const Bounds fields = table_.bounds(1);
+    const Bounds lines = table_.bounds(2);
+    if (fields.lower > 1 || fields.upper < columns_ || lines.lower > 1) return 0;
+    return std::clamp<std::int64_t>(lines.upper, 0, rows);
   }
-  if (hasData) out.append(text.view()).append(kRowEnd);
-}
+
+  // Calls `take(text)` with the text of the first `rows` rows, which are there, in pieces.
+  template <class Take>
+  void write(std::int64_t rows, Take&& take) {
+    for (std::int64_t row = 1; row <= rows; ++row) {
+      append(static_cast<std::int32_t>(row));
+      if (text_.size() < kPiece && row < rows) continue;
+      take(text_.view());
+      text_.cut(0);
+    }
+  }
+
+ private:
+  static constexpr std::size_t kPiece = 8 << 10;
+
+  // Nothing for a row whose cells are all blank.
+  void append(std::int32_t row) {
+    const std::size_t before = text_.size();
+    // Separators and the line break always have their room.
+    const std::size_t around = width() + 1;
+    char16_t* end = text_.room(around);
+    bool hasData = false;
+    for (const Cell place : cells_.all().subspan(cells_.position(1, row), width())) {
+      const TextView cell = cells_.view(place);
+      if (!cell.empty()) {
+        end = text_.room(end, 2 * cell.size() + 2 + around);
+        const bool blank = isBlank(cell);
+        hasData |= !blank;
+        end = blank || isPlain(cell) ? std::copy(cell.begin(), cell.end(), end)
+                                     : writeQuoted(end, cell);
+      }
+      *end++ = kSeparator;
+    }
+    if (!hasData) return text_.cut(before);
+    // In the place of the last separator.
+    *(end - 1) = u'\r';
+    *end++ = u'\n';
+    text_.close(end);
+  }
+
+  // Whether the cell goes out as it is; a quote in it makes it neither number nor date.
+  bool isPlain(TextView cell) const {
+    return isNumberText(cell, locale_) || isDateText(cell, locale_);
+  }
+
+  std::size_t width() const noexcept { return static_cast<std::size_t>(columns_); }
+
+  const TextArray& table_;
+  TextArrayCells cells_;
+  std::int32_t columns_;
+  const Locale& locale_ = userLocale();
+  GrowingText text_;
+};
 
 // Room for a table whose cells are all quoted and hold no quote.
 void prepare(Text& out, const TextArray& table) {
@@ -72,19 +147,24 @@ void prepare(Text& out, const TextArray& table) {
   platform::preferHugePages(out.data(), out.capacity() * sizeof(char16_t));
 }
 
+constexpr TextView kTextLocation = u"getCsvStringFromArray";
+
+bool isWhole(std::int64_t rowsThere, std::int32_t rows, std::int32_t columns) {
+  return columns <= 0 || rowsThere >= rows;
+}
+
 }  // namespace
 
 ErrInfo FileUtility::getCsvStringFromArray(Text& sStringFile, TextArray& sArrayValue,
                                            std::int32_t lNumRows, std::int32_t lNumColumns,
                                            TextView /*sDelim*/) {
-  return trapped(u"getCsvStringFromArray", kFileUtility, [&] {
+  return trapped(kTextLocation, kFileUtility, [&] {
     sStringFile.clear();
-    if (lNumRows > 0 && lNumColumns > 0) prepare(sStringFile, sArrayValue);
-    RowText text;
-    // Wider than the row number, which may be the greatest there is.
-    for (std::int64_t row = 1; row <= lNumRows && lNumColumns > 0; ++row) {
-      appendRow(sStringFile, text, sArrayValue, static_cast<std::int32_t>(row), lNumColumns);
-    }
+    TableText text(sArrayValue, lNumColumns);
+    const std::int64_t rows = text.rowsThere(lNumRows);
+    if (rows > 0) prepare(sStringFile, sArrayValue);
+    text.write(rows, [&](TextView piece) { sStringFile.append(piece); });
+    if (!isWhole(rows, lNumRows, lNumColumns)) throw RuntimeError(RunTime::subscriptOutOfRange);
     return clearedResult();
   });
 }
@@ -92,10 +172,15 @@ ErrInfo FileUtility::getCsvStringFromArray(Text& sStringFile, TextArray& sArrayV
 ErrInfo FileUtility::writeCsvFileFromArray(TextView sFileName, TextArray& sArrayValue,
                                            std::int32_t lNumRows, std::int32_t lNumColumns) {
   return trapped(u"writeCsvFileFromArray", kFileUtility, [&] {
-    Text text;
-    ErrInfo result = getCsvStringFromArray(text, sArrayValue, lNumRows, lNumColumns, u";");
-    if (result.isSuccess()) result = writeFile(sFileName, kArchive, text);
-    return result;
+    TableText text(sArrayValue, lNumColumns);
+    const std::int64_t rows = text.rowsThere(lNumRows);
+    if (!isWhole(rows, lNumRows, lNumColumns)) {
+      // As the text's own member says it, and no file is touched.
+      return failureOf(RuntimeError(RunTime::subscriptOutOfRange), kTextLocation, kFileUtility);
+    }
+    return replaceFile(sFileName, kArchive, [&](TextFile& file) {
+      text.write(rows, [&](TextView piece) { file.write(piece); });
+    });
   });
 }
 

@@ -8,6 +8,7 @@
 #include "automation/text_limit.h"
 #include "files/file_result.h"
 #include "files/name_pattern.h"
+#include "files/text_file.h"
 #include "platform/files.h"
 #include "platform/memory.h"
 #include "platform/paths.h"
@@ -38,23 +39,6 @@ Text readText(platform::FileHandle& file) {
   return text;
 }
 
-void writeText(platform::FileHandle& file, TextView text) {
-  constexpr TextView kLineBreak = u"\r\n";
-  std::array<std::uint8_t, kChunk + kLineBreak.size()> bytes;
-  while (true) {
-    const TextView piece = text.substr(0, kChunk);
-    systemCodePage().narrow(piece, bytes.data());
-    text.remove_prefix(piece.size());
-    if (!text.empty()) {
-      file.write(std::span(bytes).first(piece.size()));
-      continue;
-    }
-    systemCodePage().narrow(kLineBreak, bytes.data() + piece.size());
-    file.write(std::span(bytes).first(piece.size() + kLineBreak.size()));
-    return;
-  }
-}
-
 }  // namespace
 
 ErrInfo FileUtility::numFileInDir(TextView sDirectory, std::int16_t& iNumFile) {
@@ -80,15 +64,7 @@ ErrInfo FileUtility::numFileInDir(TextView sDirectory, std::int16_t& iNumFile) {
 }
 
 ErrInfo FileUtility::writeFile(TextView sFileName, std::int32_t attributeFile, TextView sTextFile) {
-  return trapped(u"writeFile", kFileUtility, [&] {
-    const std::string path = platform::hostPath(sFileName);
-    if (platform::fileAttributes(path)) platform::setFileAttributes(path, platform::kArchive);
-    auto file = platform::FileHandle::openForWriting(path);
-    writeText(file, sTextFile);
-    file.close();
-    platform::setFileAttributes(path, attributeFile);
-    return fileDone(u"writeFile");
-  });
+  return replaceFile(sFileName, attributeFile, [&](TextFile& file) { file.write(sTextFile); });
 }
 
 ErrInfo FileUtility::readFile(TextView sFileName, Text& sTextFile) {

@@ -75,6 +75,7 @@ class VELTGENERAL_API TextArray {
  private:
   friend class TextArrayBuilder;  // loaders: automation/text_array_builder.h
   friend class TextArrayCells;    // sorts: automation/text_array_cells.h
+  friend class TextArrayFiller;   // records: automation/text_array_filler.h
 
   // Slab and offset in 40 bits, length in 24: see text_array_cell.h.
   using Cell = std::uint64_t;
@@ -97,7 +98,7 @@ class VELTGENERAL_API TextArray {
   void reserveSlab(std::size_t units);
   char16_t* claim(std::size_t units);
   Cell cellFor(const char16_t* text, std::size_t units) const noexcept;
-  void compact();
+  void compactWhereWorth();
 
   std::unique_ptr<Cell[], Free> cells_;
   std::size_t size_ = 0;

@@ -195,7 +195,7 @@ void TextArray::store(std::size_t cell, TextView text) {
   const std::size_t freed = before.size();
   cells_[cell] = append(text);
   garbage_ += freed;
-  if (garbage_ >= kWorthCompacting) compact();
+  compactWhereWorth();
 }
 
 TextArray::Cell TextArray::append(TextView text) {
@@ -229,8 +229,8 @@ char16_t* TextArray::claim(std::size_t units) {
   return place;
 }
 
-void TextArray::compact() {
-  if (garbage_ > characters()) *this = TextArray(*this);
+void TextArray::compactWhereWorth() {
+  if (garbage_ >= kWorthCompacting && garbage_ > characters()) *this = TextArray(*this);
 }
 
 }  // namespace veltgeneral

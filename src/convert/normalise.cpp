@@ -136,15 +136,7 @@ ErrInfo normalised(TextView member, TextView text, Text& out) {
 
 }  // namespace
 
-TextView onlyAscii(TextView text, Text& room) {
-  const BlankRule& rule = asciiRule();
-  if (text.size() <= kGreatestCounted && staysWhole(rule, text)) {
-    const TextView trimmed = trimRight(text);
-    if (!trimmed.empty()) return trimmed;
-  }
-  rewrite(rule, text, room);
-  return room;
-}
+void keepOnlyAscii(std::span<char16_t> text) { blankIn(asciiRule(), text); }
 
 ErrInfo Funzioni::normStringForDb(TextView sStringa, Text& sStringaOut) const {
   return normalised<&databaseRule>(u"normStringForDb", sStringa, sStringaOut);

@@ -1,12 +1,14 @@
-// What Funzioni's normStringOnlyAscii makes of a text, for callers that clean many.
+// What Funzioni's normStringOnlyAscii puts in the place of characters, for callers that clean many
+// texts at once.
 #pragma once
+
+#include <span>
 
 #include "veltgeneral/text.h"
 
 namespace veltgeneral {
 
-// A view of `text` where only blanks at its end go, else of `room`, which is overwritten. Throws as
-// the member fails.
-TextView onlyAscii(TextView text, Text& room);
+// Replaces them in place; blanks at the end stay.
+void keepOnlyAscii(std::span<char16_t> text);
 
 }  // namespace veltgeneral

@@ -10,6 +10,7 @@
 #include <array>
 #include <cstring>
 #include <initializer_list>
+#include <span>
 
 #include "automation/coerce.h"
 #include "automation/text_limit.h"
@@ -113,33 +114,19 @@ void rewriteAll(const Rule& rule, TextView text, Text& out) {
   }
 }
 
+// Puts the blanks of a rule that has only those.
 template <class Rule>
-void blankAll(const Rule& rule, TextView text, Text& out) {
-  out.assign(text);
+void blankIn(const Rule& rule, std::span<char16_t> text) noexcept {
   platform::UnitPositions positions;
-  for (std::size_t at = 0; at < out.size(); at += platform::kScanUnits) {
-    const TextView piece = TextView(out).substr(at, platform::kScanUnits);
-    const std::size_t count = platform::findUnits(piece, rule.suspects(), positions);
-    char16_t* const units = &out[at];
+  for (std::size_t at = 0; at < text.size(); at += platform::kScanUnits) {
+    const auto piece = text.subspan(at, std::min(platform::kScanUnits, text.size() - at));
+    const std::size_t count =
+        platform::findUnits(TextView(piece.data(), piece.size()), rule.suspects(), positions);
     for (std::size_t i = 0; i < count; ++i) {
-      char16_t& c = units[positions[i]];
+      char16_t& c = piece[positions[i]];
       if (rule.exact() || rule.row(c) != 0) c = u' ';
     }
   }
-}
-
-// Whether no character of `text` is replaced.
-template <class Rule>
-bool staysWhole(const Rule& rule, TextView text) noexcept {
-  platform::UnitPositions positions;
-  for (std::size_t at = 0; at < text.size(); at += platform::kScanUnits) {
-    const TextView piece = text.substr(at, platform::kScanUnits);
-    const std::size_t count = platform::findUnits(piece, rule.suspects(), positions);
-    const bool replaced = std::any_of(positions.begin(), positions.begin() + count,
-                                      [&](std::size_t i) { return rule.row(piece[i]) != 0; });
-    if (replaced) return false;
-  }
-  return true;
 }
 
 // Stores `text` as `rule` rewrites it in `out`, a single blank where nothing is left. `text` may be
@@ -148,7 +135,8 @@ template <class Rule>
 void rewrite(const Rule& rule, TextView text, Text& out) {
   if (text.size() > kGreatestCounted) throw RuntimeError(RunTime::overflow);
   if constexpr (Rule::kBlanks) {
-    blankAll(rule, text, out);
+    out.assign(text);
+    blankIn(rule, std::span(out));
   } else {
     rewriteAll(rule, text, out);
   }

@@ -7,6 +7,7 @@
 
 #include "automation/code_page.h"
 #include "automation/coerce.h"
+#include "automation/text_array_filler.h"
 #include "convert/only_ascii.h"
 #include "files/file_result.h"
 #include "platform/files.h"
@@ -46,7 +47,13 @@ std::int16_t clamped(std::int16_t wanted, std::int32_t first, std::int64_t recor
   return static_cast<std::int16_t>(std::max<std::int64_t>(records - first + 1, 0));
 }
 
-// Reads the records a chunk at a time and stores each as soon as it is clean.
+// A record as the list gets it: without blanks at its end, but for a record that has nothing else.
+TextView cleaned(TextView record) {
+  const TextView trimmed = trimRight(record);
+  return trimmed.empty() ? record.substr(0, 1) : trimmed;
+}
+
+// Reads the records a chunk at a time, into the memory of the list itself.
 void readRecords(platform::FileHandle& file, std::size_t length, std::int32_t first,
                  std::int32_t count, TextArray& list) {
   if (count <= 0) return;
@@ -54,19 +61,19 @@ void readRecords(platform::FileHandle& file, std::size_t length, std::int32_t fi
   const Funzioni created;  // whose making every caller sees in the decimal separator
   const std::size_t stride = length + kLineBreak;
   std::array<std::uint8_t, kChunk> bytes;
-  std::array<char16_t, kChunk> characters;
   std::uint64_t offset = (static_cast<std::uint64_t>(first) - 1) * stride;
-  Text room;
+  TextArrayFiller filler(list);
   for (std::int32_t stored = 0; stored < count;) {
     const std::size_t records = std::min(kChunk / stride, static_cast<std::size_t>(count - stored));
     const std::size_t got = file.readAt(offset, std::span(bytes).first(records * stride));
     offset += got;
-    systemCodePage().widen(std::span(bytes).first(got), characters.data());
-    for (std::size_t record = 0; record < records; ++record) {
+    const std::span<char16_t> text = filler.claim(got);
+    systemCodePage().widen(std::span(bytes).first(got), text.data());
+    keepOnlyAscii(text);
+    for (std::size_t begin = 0; begin < records * stride; begin += stride) {
       // The file has become shorter; only a line break may be missing.
-      if (record * stride + length > got) throw RuntimeError(RunTime::inputPastEnd);
-      const TextView text(characters.data() + record * stride, length);
-      list.set(++stored, onlyAscii(text, room));
+      if (begin + length > got) throw RuntimeError(RunTime::inputPastEnd);
+      filler.show(++stored, cleaned(TextView(text.data() + begin, length)));
     }
   }
 }
@@ -80,14 +87,14 @@ ErrInfo FileUtility::ooReadFile(TextView sFlLename, std::int16_t iObjectLen,
     const std::string path = platform::hostPath(sFlLename);
     const std::uint64_t size = platform::fileLength(path);
     const auto records = recordCount(size, strideOf(iObjectLen));
-    const Text length = toText(std::int32_t{iObjectLen});
+    const auto length = [&] { return toText(std::int32_t{iObjectLen}); };
     if (!records) {
       return fileAborted(kLocation, u"File length [" + fromUtf8(std::to_string(size)) +
-                                        u"] not compatible with string length[" + length + u"]");
+                                        u"] not compatible with string length[" + length() + u"]");
     }
     if (!std::ranges::binary_search(kLengths, iObjectLen)) {
       return fileAborted(
-          kLocation, u"Lenght string not supported[" + length + u"] supported type are: 20, 25");
+          kLocation, u"Lenght string not supported[" + length() + u"] supported type are: 20, 25");
     }
     auto file = platform::FileHandle::openForReading(path);
     iNumObject = clamped(iNumObject, lStartPosition, *records);

@@ -17,4 +17,12 @@ inline constexpr std::size_t kAsciiBlock = 32;
 std::size_t widenAscii(std::span<const std::uint8_t> bytes, char16_t* out) noexcept;
 std::size_t narrowAscii(TextView text, std::uint8_t* out) noexcept;
 
+// One way to do both. All give the same answers.
+struct AsciiCopies {
+  std::size_t (*widen)(std::span<const std::uint8_t> bytes, char16_t* out) noexcept;
+  std::size_t (*narrow)(TextView text, std::uint8_t* out) noexcept;
+};
+// Those that this processor can go, the fastest first, the portable one last.
+std::span<const AsciiCopies> asciiCopies() noexcept;
+
 }  // namespace veltgeneral::platform

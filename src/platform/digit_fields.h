@@ -36,4 +36,17 @@ bool fieldsWithin(const char16_t* four, const char16_t* nextFour,
 bool spacedFieldsWithin(const char16_t* text, const FieldRanges& dayRanges,
                         const FieldRanges& dayAndTimeRanges) noexcept;
 
+// The same, one character after the other: the way of processors without vector instructions.
+namespace portably {
+
+bool fieldsWithin(const char16_t* eight, const FieldRanges& ranges) noexcept;
+bool fieldsWithin(const char16_t* one, const FieldRanges& oneRanges, const char16_t* two,
+                  const FieldRanges& twoRanges) noexcept;
+bool fieldsWithin(const char16_t* four, const char16_t* nextFour,
+                  const FieldRanges& ranges) noexcept;
+bool spacedFieldsWithin(const char16_t* text, const FieldRanges& dayRanges,
+                        const FieldRanges& dayAndTimeRanges) noexcept;
+
+}  // namespace portably
+
 }  // namespace veltgeneral::platform

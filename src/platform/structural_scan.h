@@ -16,4 +16,8 @@ inline constexpr std::size_t kScanSlack = 64;
 std::size_t findBytes(std::span<const std::uint8_t> bytes, char one, char two, char three,
                       std::uint32_t* positions);
 
+// The ways that this processor can go, the fastest first, the portable one last. All give the same
+// answers.
+std::span<decltype(&findBytes) const> byteFinders() noexcept;
+
 }  // namespace veltgeneral::platform

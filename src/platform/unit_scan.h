@@ -5,6 +5,7 @@
 #include <bitset>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 #include "veltgeneral/text.h"
 
@@ -43,5 +44,13 @@ std::size_t findUnits(TextView text, const UnitSet& set, UnitPositions& position
 // block of 64.
 std::size_t shiftUnits(TextView text, char16_t* out, char16_t first, char16_t count,
                        char16_t by) noexcept;
+
+// One way to do both; all find the same positions.
+struct UnitScans {
+  decltype(&findUnits) find;
+  decltype(&shiftUnits) shift;
+};
+// Those that this processor can go, the fastest first, the portable one last.
+std::span<const UnitScans> unitScans() noexcept;
 
 }  // namespace veltgeneral::platform

@@ -9,11 +9,12 @@ namespace {
 
 // Plain loops over a block, which the compiler turns into a few vector instructions each.
 template <class From, class To>
-std::size_t copyPortably(const From* from, std::size_t size, To* to) noexcept {
+std::size_t copyPortably(From from, To* to) noexcept {
+  using Unit = typename From::value_type;
   std::size_t done = 0;
-  for (; size - done >= kAsciiBlock; done += kAsciiBlock) {
-    From all = 0;
-    for (std::size_t i = 0; i < kAsciiBlock; ++i) all = static_cast<From>(all | from[done + i]);
+  for (; from.size() - done >= kAsciiBlock; done += kAsciiBlock) {
+    Unit all = 0;
+    for (std::size_t i = 0; i < kAsciiBlock; ++i) all = static_cast<Unit>(all | from[done + i]);
     if (all > 0x7F) break;
     for (std::size_t i = 0; i < kAsciiBlock; ++i) to[done + i] = static_cast<To>(from[done + i]);
   }
@@ -22,10 +23,11 @@ std::size_t copyPortably(const From* from, std::size_t size, To* to) noexcept {
 
 #ifdef __x86_64__
 
-[[gnu::target("avx2")]] std::size_t widenWide(const std::uint8_t* from, std::size_t size,
+[[gnu::target("avx2")]] std::size_t widenWide(std::span<const std::uint8_t> bytes,
                                               char16_t* to) noexcept {
+  const std::uint8_t* const from = bytes.data();
   std::size_t done = 0;
-  for (; size - done >= kAsciiBlock; done += kAsciiBlock) {
+  for (; bytes.size() - done >= kAsciiBlock; done += kAsciiBlock) {
     const __m256i block = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(from + done));
     if (_mm256_movemask_epi8(block) != 0) break;
     auto* const out = reinterpret_cast<__m256i*>(to + done);
@@ -35,11 +37,11 @@ std::size_t copyPortably(const From* from, std::size_t size, To* to) noexcept {
   return done;
 }
 
-[[gnu::target("avx2")]] std::size_t narrowWide(const char16_t* from, std::size_t size,
-                                               std::uint8_t* to) noexcept {
+[[gnu::target("avx2")]] std::size_t narrowWide(TextView text, std::uint8_t* to) noexcept {
+  const char16_t* const from = text.data();
   const __m256i others = _mm256_set1_epi16(static_cast<short>(0xFF80));
   std::size_t done = 0;
-  for (; size - done >= kAsciiBlock; done += kAsciiBlock) {
+  for (; text.size() - done >= kAsciiBlock; done += kAsciiBlock) {
     const auto* const in = reinterpret_cast<const __m256i*>(from + done);
     const __m256i first = _mm256_loadu_si256(in);
     const __m256i second = _mm256_loadu_si256(in + 1);
@@ -52,27 +54,36 @@ std::size_t copyPortably(const From* from, std::size_t size, To* to) noexcept {
   return done;
 }
 
-bool hasWide() {
-  static const bool kWide = __builtin_cpu_supports("avx2");
-  return kWide;
-}
-
 #endif
+
+constexpr AsciiCopies kWays[] = {
+#ifdef __x86_64__
+    {widenWide, narrowWide},
+#endif
+    {copyPortably<std::span<const std::uint8_t>, char16_t>, copyPortably<TextView, std::uint8_t>},
+};
+
+const AsciiCopies& best() {
+  static const AsciiCopies kBest = asciiCopies().front();
+  return kBest;
+}
 
 }  // namespace
 
-std::size_t widenAscii(std::span<const std::uint8_t> bytes, char16_t* out) noexcept {
+std::span<const AsciiCopies> asciiCopies() noexcept {
+  const std::span all(kWays);
 #ifdef __x86_64__
-  if (hasWide()) return widenWide(bytes.data(), bytes.size(), out);
+  if (!__builtin_cpu_supports("avx2")) return all.last(1);
 #endif
-  return copyPortably(bytes.data(), bytes.size(), out);
+  return all;
+}
+
+std::size_t widenAscii(std::span<const std::uint8_t> bytes, char16_t* out) noexcept {
+  return best().widen(bytes, out);
 }
 
 std::size_t narrowAscii(TextView text, std::uint8_t* out) noexcept {
-#ifdef __x86_64__
-  if (hasWide()) return narrowWide(text.data(), text.size(), out);
-#endif
-  return copyPortably(text.data(), text.size(), out);
+  return best().narrow(text, out);
 }
 
 }  // namespace veltgeneral::platform

@@ -39,9 +39,13 @@ bool allZero(__m128i lanes) {
   return _mm_movemask_epi8(_mm_cmpeq_epi8(lanes, _mm_setzero_si128())) == 0xFFFF;
 }
 
-#else
+#endif
 
-bool within(const char16_t* eight, const FieldRanges& ranges) {
+}  // namespace
+
+namespace portably {
+
+bool fieldsWithin(const char16_t* eight, const FieldRanges& ranges) noexcept {
   for (std::size_t i = 0; i < 8; i += 2) {
     const auto tens = static_cast<std::uint16_t>(eight[i] - u'0');
     const auto units = static_cast<std::uint16_t>(eight[i + 1] - u'0');
@@ -52,9 +56,28 @@ bool within(const char16_t* eight, const FieldRanges& ranges) {
   return true;
 }
 
-#endif
+bool fieldsWithin(const char16_t* one, const FieldRanges& oneRanges, const char16_t* two,
+                  const FieldRanges& twoRanges) noexcept {
+  return portably::fieldsWithin(one, oneRanges) && portably::fieldsWithin(two, twoRanges);
+}
 
-}  // namespace
+bool fieldsWithin(const char16_t* four, const char16_t* nextFour,
+                  const FieldRanges& ranges) noexcept {
+  std::array<char16_t, 8> eight;
+  std::copy_n(nextFour, 4, std::copy_n(four, 4, eight.begin()));
+  return portably::fieldsWithin(eight.data(), ranges);
+}
+
+bool spacedFieldsWithin(const char16_t* text, const FieldRanges& dayRanges,
+                        const FieldRanges& dayAndTimeRanges) noexcept {
+  std::array<char16_t, 14> digits;
+  char16_t* out = std::copy_n(text, 4, digits.data());
+  for (std::size_t at = 5; at < 19; at += 3) out = std::copy_n(text + at, 2, out);
+  return portably::fieldsWithin(digits.data(), dayRanges) &&
+         portably::fieldsWithin(digits.data() + 6, dayAndTimeRanges);
+}
+
+}  // namespace portably
 
 #ifdef __SSE2__
 
@@ -87,27 +110,22 @@ bool spacedFieldsWithin(const char16_t* text, const FieldRanges& dayRanges,
 #else
 
 bool fieldsWithin(const char16_t* eight, const FieldRanges& ranges) noexcept {
-  return within(eight, ranges);
+  return portably::fieldsWithin(eight, ranges);
 }
 
 bool fieldsWithin(const char16_t* one, const FieldRanges& oneRanges, const char16_t* two,
                   const FieldRanges& twoRanges) noexcept {
-  return within(one, oneRanges) && within(two, twoRanges);
+  return portably::fieldsWithin(one, oneRanges, two, twoRanges);
 }
 
 bool fieldsWithin(const char16_t* four, const char16_t* nextFour,
                   const FieldRanges& ranges) noexcept {
-  std::array<char16_t, 8> eight;
-  std::copy_n(nextFour, 4, std::copy_n(four, 4, eight.begin()));
-  return within(eight.data(), ranges);
+  return portably::fieldsWithin(four, nextFour, ranges);
 }
 
 bool spacedFieldsWithin(const char16_t* text, const FieldRanges& dayRanges,
                         const FieldRanges& dayAndTimeRanges) noexcept {
-  std::array<char16_t, 14> digits;
-  char16_t* out = std::copy_n(text, 4, digits.data());
-  for (std::size_t at = 5; at < 19; at += 3) out = std::copy_n(text + at, 2, out);
-  return within(digits.data(), dayRanges) && within(digits.data() + 6, dayAndTimeRanges);
+  return portably::spacedFieldsWithin(text, dayRanges, dayAndTimeRanges);
 }
 
 #endif

@@ -9,15 +9,23 @@
 namespace veltgeneral::platform {
 namespace {
 
-std::size_t findPortably(std::span<const std::uint8_t> bytes, std::size_t from, std::uint8_t one,
-                         std::uint8_t two, std::uint8_t three, std::uint32_t* positions,
-                         std::size_t count) {
+// From `from` on, behind the `count` positions found before.
+std::size_t findRest(std::span<const std::uint8_t> bytes, std::size_t from, char one, char two,
+                     char three, std::uint32_t* positions, std::size_t count) {
+  const auto a = static_cast<std::uint8_t>(one);
+  const auto b = static_cast<std::uint8_t>(two);
+  const auto c = static_cast<std::uint8_t>(three);
   for (std::size_t i = from; i < bytes.size(); ++i) {
-    const std::uint8_t b = bytes[i];
+    const std::uint8_t byte = bytes[i];
     positions[count] = static_cast<std::uint32_t>(i);
-    count += static_cast<std::size_t>((b == one) | (b == two) | (b == three));
+    count += static_cast<std::size_t>((byte == a) | (byte == b) | (byte == c));
   }
   return count;
+}
+
+std::size_t findPortably(std::span<const std::uint8_t> bytes, char one, char two, char three,
+                         std::uint32_t* positions) {
+  return findRest(bytes, 0, one, two, three, positions, 0);
 }
 
 #ifdef __x86_64__
@@ -48,12 +56,11 @@ std::size_t findPortably(std::span<const std::uint8_t> bytes, std::size_t from, 
 }
 
 [[gnu::target("avx2,bmi,popcnt")]] std::size_t findWide(std::span<const std::uint8_t> bytes,
-                                                        std::uint8_t one, std::uint8_t two,
-                                                        std::uint8_t three,
+                                                        char one, char two, char three,
                                                         std::uint32_t* positions) {
-  const __m256i first = _mm256_set1_epi8(static_cast<char>(one));
-  const __m256i second = _mm256_set1_epi8(static_cast<char>(two));
-  const __m256i third = _mm256_set1_epi8(static_cast<char>(three));
+  const __m256i first = _mm256_set1_epi8(one);
+  const __m256i second = _mm256_set1_epi8(two);
+  const __m256i third = _mm256_set1_epi8(three);
   std::size_t count = 0;
   std::size_t i = 0;
   for (; i + 64 <= bytes.size(); i += 64) {
@@ -61,23 +68,32 @@ std::size_t findPortably(std::span<const std::uint8_t> bytes, std::size_t from, 
         hits(&bytes[i], first, second, third) | (hits(&bytes[i + 32], first, second, third) << 32);
     count = spread(bits, i, positions, count);
   }
-  return findPortably(bytes, i, one, two, three, positions, count);
+  return findRest(bytes, i, one, two, three, positions, count);
 }
 
 #endif
 
+constexpr decltype(&findBytes) kWays[] = {
+#ifdef __x86_64__
+    findWide,
+#endif
+    findPortably,
+};
+
 }  // namespace
+
+std::span<decltype(&findBytes) const> byteFinders() noexcept {
+  const std::span all(kWays);
+#ifdef __x86_64__
+  if (!__builtin_cpu_supports("avx2") || !__builtin_cpu_supports("bmi")) return all.last(1);
+#endif
+  return all;
+}
 
 std::size_t findBytes(std::span<const std::uint8_t> bytes, char one, char two, char three,
                       std::uint32_t* positions) {
-  const auto a = static_cast<std::uint8_t>(one);
-  const auto b = static_cast<std::uint8_t>(two);
-  const auto c = static_cast<std::uint8_t>(three);
-#ifdef __x86_64__
-  static const bool wide = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi");
-  if (wide) return findWide(bytes, a, b, c, positions);
-#endif
-  return findPortably(bytes, 0, a, b, c, positions, 0);
+  static const auto kBest = byteFinders().front();
+  return kBest(bytes, one, two, three, positions);
 }
 
 }  // namespace veltgeneral::platform

@@ -151,12 +151,19 @@ struct Tables {
   return done;
 }
 
-bool hasWide() {
-  static const bool kWide = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi");
-  return kWide;
-}
-
 #endif
+
+constexpr UnitScans kWays[] = {
+#ifdef __x86_64__
+    {findWide, shiftWide},
+#endif
+    {findPortably, shiftPortably},
+};
+
+const UnitScans& best() {
+  static const UnitScans kBest = unitScans().front();
+  return kBest;
+}
 
 }  // namespace
 
@@ -184,19 +191,21 @@ UnitSet::UnitSet(const std::bitset<256>& members) noexcept {
   }
 }
 
-std::size_t findUnits(TextView text, const UnitSet& set, UnitPositions& positions) noexcept {
+std::span<const UnitScans> unitScans() noexcept {
+  const std::span all(kWays);
 #ifdef __x86_64__
-  if (hasWide()) return findWide(text, set, positions);
+  if (!__builtin_cpu_supports("avx2") || !__builtin_cpu_supports("bmi")) return all.last(1);
 #endif
-  return findPortably(text, set, positions);
+  return all;
+}
+
+std::size_t findUnits(TextView text, const UnitSet& set, UnitPositions& positions) noexcept {
+  return best().find(text, set, positions);
 }
 
 std::size_t shiftUnits(TextView text, char16_t* out, char16_t first, char16_t count,
                        char16_t by) noexcept {
-#ifdef __x86_64__
-  if (hasWide()) return shiftWide(text, out, first, count, by);
-#endif
-  return shiftPortably(text, out, first, count, by);
+  return best().shift(text, out, first, count, by);
 }
 
 }  // namespace veltgeneral::platform

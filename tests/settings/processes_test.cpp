@@ -48,7 +48,7 @@ bool putRegistry(const Text& key, const Text& name, const Text& value) {
   return platform::writeRegistryText(RegistryRoot::localMachine, key, name, value, latin1());
 }
 
-constexpr int kSettings = 2000;
+constexpr int kSettings = 1000;
 
 // Both stores begin without a file: the first creation is contended too.
 TEST(Processes, LoseNoSettingOfOneFile) {

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "platform/narrow_page.h"
+#include "support/process.h"
 
 namespace veltgeneral::testing {
 
@@ -99,7 +100,7 @@ inline const platform::NarrowPage& latin1() {
 // A process of its own that runs `body`, which must not test anything; 0 when it went well.
 inline pid_t inProcess(const std::function<bool()>& body) {
   const pid_t child = ::fork();
-  if (child == 0) ::_exit(body() ? 0 : 1);
+  if (child == 0) test::leave(body() ? 0 : 1);
   return child;
 }
 

@@ -107,8 +107,11 @@ TEST(Processes, KilledOverAProfileLeaveItWholeAndUnlocked) {
                       const std::string content = contentOf(path);
                       ASSERT_TRUE(content.size() == whole || content.size() == whole + 5);
                       ASSERT_TRUE(content.find(rest) != std::string::npos);
-                      ASSERT_TRUE(putProfile(path, u"s", u"v", u"0"));
-                      ASSERT_EQ(getProfile(path, u"s", u"v"), u"0");
+                      // Two, so that one is a change: that clears what the killed one left.
+                      for (const Text value : {u"a", u"b"}) {
+                        ASSERT_TRUE(putProfile(path, u"s", u"v", value));
+                        ASSERT_EQ(getProfile(path, u"s", u"v"), value);
+                      }
                     });
   const fs::directory_iterator files(host / "drive");
   EXPECT_EQ(std::distance(begin(files), end(files)), 1);

@@ -114,11 +114,11 @@ class CallersObjects(unittest.TestCase):
             filled().ErrInfoNew(raising(KeyboardInterrupt()))
 
     def test_objects_are_released(self):
-        from veltgeneral._objects import _wrapped
-        before = len(_wrapped)
+        from veltgeneral._callbacks import wrapped
+        before = len(wrapped)
         for _ in range(10):
             filled().ErrInfoNew({})
-        self.assertEqual(len(_wrapped), before)
+        self.assertEqual(len(wrapped), before)
 
 
 class Description(unittest.TestCase):

@@ -7,7 +7,7 @@ import unittest
 from veltgeneral import (AutomationError, Currency, Date, Empty, Int16, Missing, Single,
                          TextArray)
 from veltgeneral import _library as kinds
-from veltgeneral._objects import fetch, store
+from veltgeneral._values import fetch, store
 
 
 def through(value):

@@ -15,9 +15,10 @@ The library is the file VELTGENERAL_LIBRARY names, else the registered one, else
 package, else the system's.
 """
 
+from ._callbacks import set_host_events
 from ._describe import classes, describe
 from ._kinds import AutomationError, Currency, Date, Empty, Int16, Missing, Single
-from ._objects import CreateObject, Object, set_host_events
+from ._objects import CreateObject, Object
 from ._text_array import TextArray
 
 __all__ = ["AutomationError", "CreateObject", "Currency", "Date", "Empty", "Int16", "Missing",

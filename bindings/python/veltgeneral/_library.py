@@ -96,10 +96,7 @@ def load() -> ctypes.CDLL:
 def _declare(library: ctypes.CDLL) -> ctypes.CDLL:
     out = POINTER
     text, handle, size = c_char_p, c_void_p, c_size_t
-    call = [handle, handle, POINTER(c_void_p), size, handle, out(c_void_p)]
     signatures = {
-        "vg_version": (text, []),
-        "vg_error_number": (c_int32, [handle]),
         "vg_error_description": (text, [handle]),
         "vg_error_set": (c_int32, [handle, c_int32, text]),
         "vg_error_new": (handle, [c_int32, text]),
@@ -139,8 +136,8 @@ def _declare(library: ctypes.CDLL) -> ctypes.CDLL:
         "vg_array_write": (c_int32, [handle, size, size, text, size, c_void_p]),
         "vg_create": (c_int32, [text, out(c_void_p), out(c_void_p)]),
         "vg_object_release": (None, [handle]),
-        "vg_call": (c_int32, [handle, text, c_int, *call[2:]]),
-        "vg_invoke": (c_int32, call),
+        # Called for every member: pointers without a type take the least time.
+        "vg_invoke": (c_int32, [handle, handle, handle, size, handle, handle]),
         "vg_object_new": (handle, [POINTER(Callbacks), handle]),
         "vg_object_context": (handle, [handle, POINTER(Callbacks)]),
         "vg_set_host_events": (c_int32, [HOST_EVENTS, handle]),

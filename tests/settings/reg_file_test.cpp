@@ -23,7 +23,9 @@ constexpr std::string_view kSample =
     "  25,00,00,00\r\n"
     "\"List\"=hex(7):61,00,00,00,62,00,00,00,00,00\r\n"
     "\"Raw\"=hex:01,2,ff\r\n"
-    "\"Odd\"=hex(1a):07\r\n"
+    "\"Odd\"=hex(1A): 7 ; note\r\n"
+    "\"Half\"=hex(7):61,00\r\n"
+    "\"Not\"=\"x\" y\r\n"
     "\"text\"=\"the last wins\"\r\n"
     "what is this\r\n"
     "\r\n"
@@ -51,6 +53,7 @@ TEST(RegFile, ReadsEveryKindOfValueWithoutRegardToCase) {
       {u"list", {RegistryType::texts, Text(u"a\0b\0", 4)}},
       {u"raw", {RegistryType::binary, {}, Bytes{1, 2, 0xFF}}},
       {u"odd", {static_cast<RegistryType>(0x1A), {}, Bytes{7}}},
+      {u"half", {RegistryType::texts, Text(u"a\0", 2)}},  // the NULs at the end are supplied
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(toUtf8(c.name));
@@ -59,6 +62,8 @@ TEST(RegFile, ReadsEveryKindOfValueWithoutRegardToCase) {
   EXPECT_EQ(ask(file, u"HKEY_LOCAL_MACHINE\\\\SOFTWARE\\Acme\\[X] y\\", u"ÉTÉ"),
             RegistryValue{.text = u"€"});
   EXPECT_EQ(file.subKeyNames(file.find(kKey)), std::vector<Text>{u"[x] y"});
+  EXPECT_EQ(ask(file, kKey, u"not"), std::nullopt);
+  EXPECT_EQ(file.valueNames(file.find(kKey)).size(), std::size(cases));
   EXPECT_EQ(file.find(u"HKEY_LOCAL_MACHINE\\SOFT"), RegistryFile::kNone);
 }
 
@@ -90,6 +95,12 @@ TEST(RegEdit, TouchesTheLinesItMust) {
       {"REGEDIT4\n\n[R\\K]\n\"a\"=\"1\" ; note\n; c\n\n[R\\z]\n",
        {{Kind::setValue, "R\\k", "b", text(u"2")}},
        "REGEDIT4\n\n[R\\K]\n\"a\"=\"1\" ; note\n\"b\"=\"2\"\n; c\n\n[R\\z]\n"},
+      // The comment behind a value stays.
+      {"[R\\k]\n\"a\"=\"\\\"1;\" ; it's \"a\"\n\"b\"=hex:01,\\\n  ;c\n  02\t;d\n\"c\"=dword:1;e",
+       {{Kind::setValue, "R\\k", "a", text(u"2")},
+        {Kind::setValue, "R\\k", "b", text(u"3")},
+        {Kind::setValue, "R\\k", "c", {RegistryType::binary, {}, {4}}}},
+       "[R\\k]\n\"a\"=\"2\" ; it's \"a\"\n\"b\"=\"3\"\t;d\n\"c\"=hex:04;e\n"},
       // The last of equal values is the one in force; the earlier ones go.
       {"[R\\k]\n\"a\"=\"1\"\n\"A\"=\"2\"\n\n[r\\K]\n\"a\"=\"3\"",
        {{Kind::setValue, "R\\k", "a", text(u"4")}},
@@ -108,9 +119,17 @@ TEST(RegEdit, TouchesTheLinesItMust) {
         {Kind::createKey, "R\\m", "", {}}},
        "Windows Registry Editor Version 5.00\n\n[R\\k]\n\"b\"=\"2\"\n\n[R\\m]\n\n"},
       // What stands above a deletion is dead: the value is set behind it.
-      {"[R\\k]\n\"a\"=\"1\"\n[-R\\k]\n",
+      {"[R\\k]\n\"a\"=\"1\"\n[-R]\n[-R\\K]",
        {{Kind::setValue, "R\\k", "a", text(u"2")}},
-       "[R\\k]\n\"a\"=\"1\"\n[-R\\k]\n\n[R\\k]\n\"a\"=\"2\"\n\n"},
+       "[R\\k]\n\"a\"=\"1\"\n[-R]\n[-R\\K]\n\n[R\\k]\n\"a\"=\"2\"\n\n"},
+      {"[R\\k\\x]\n\"a\"=\"1\"\n[-R\\k]\n",
+       {{Kind::setValue, "R\\k\\x", "a", text(u"2")}},
+       "[R\\k\\x]\n\"a\"=\"1\"\n[-R\\k]\n\n[R\\k\\x]\n\"a\"=\"2\"\n\n"},
+      // What is cut off: a line without its end, a key without its bracket.
+      {"[R\\k",
+       {{Kind::setValue, "R\\k", "a", text(u"1")}},
+       "[R\\k\r\n\r\n[R\\k]\r\n\"a\"=\"1\"\r\n\r\n"},
+      {"[R\\k]", {{Kind::setValue, "R\\k", "a", text(u"1")}}, "[R\\k]\r\n\"a\"=\"1\"\r\n"},
       // Next to a key that goes.
       {"[R\\k]\n\"a\"=\"1\"\n[R\\z]\n",
        {{Kind::removeKey, "R\\z", "", {}}, {Kind::setValue, "R\\k", "b", text(u"2")}},
@@ -126,6 +145,7 @@ TEST(RegEdit, WritesWhatReadsBackTheSame) {
   const RegistryValue values[] = {
       {RegistryType::text, Text(u"a\0b", 3)},
       {RegistryType::text, u"\xD800 lone"},
+      {RegistryType::text, u"a\r\nb"},
       {RegistryType::expandableText, u"%TEMP%"},
       {RegistryType::texts, Text(u"x\0\0y\0", 5)},
       {RegistryType::number, {}, {1, 2, 3, 0xFE}},

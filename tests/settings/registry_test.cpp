@@ -134,8 +134,14 @@ TEST(Registry, ImportIsWholeOrNothingAndExportComesBack) {
   EXPECT_FALSE(platform::removeRegistryValue(RegistryRoot::localMachine, u"Acme\\Sub", u"B", page));
 
   const std::string before = contentOf(host / "registry/machine.reg");
+  const std::string deep = [] {
+    std::string path = "HKEY_USERS";
+    for (int i = 0; i < 512; ++i) path += "\\a";
+    return path;
+  }();
+  EXPECT_FALSE(platform::writeRegistryText(RegistryRoot::users, fromUtf8(deep), u"v", u"1", page));
   struct Malformed {
-    std::string_view text;
+    std::string text;
     std::size_t line;
   };
   const Malformed malformed[] = {
@@ -151,6 +157,13 @@ TEST(Registry, ImportIsWholeOrNothingAndExportComesBack) {
       {"REGEDIT4\n[-HKEY_USERS\\a]\n\"v\"=\"1\"\n", 3},
       {"REGEDIT4\n[HKEY_USERS\\a\n", 2},
       {"REGEDIT4\nREGEDIT4\n", 2},
+      {"REGEDIT4\n[" + deep + "]\n", 2},
+      {"REGEDIT4\n[HKEY_USERS\\a]\n\"v\"=\"1\" 2\n", 3},
+      {"REGEDIT4\n[HKEY_USERS\\a]\n\"v\"=hex:1 z\n", 3},
+      {"REGEDIT4\n[HKEY_USERS\\a]\n\"v\"=hex(7:01\n", 3},
+      {"REGEDIT4\n[HKEY_USERS\\a]\n\"v\"=hex(7)01\n", 3},
+      {"REGEDIT4\n[HKEY_USERS\\a]\n\"v=1\n", 3},
+      {"REGEDIT4\n[HKEY_USERS\\a]\n@:1\n", 3},
   };
   for (const Malformed& m : malformed) {
     SCOPED_TRACE(m.text);

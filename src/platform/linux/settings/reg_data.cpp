@@ -99,18 +99,13 @@ RegistryValue ofBytes(RegistryType type, Bytes bytes, const RegDialect& dialect)
 }
 
 std::optional<RegistryValue> parseText(std::string_view data) {
-  for (std::size_t i = 1; i < data.size(); ++i) {
-    if (data[i] == '\\') {
-      ++i;
-    } else if (data[i] == '"') {
-      const std::string_view rest = trimmed(data.substr(i + 1));
-      if (!rest.empty() && rest.front() != ';') return std::nullopt;
-      const std::string_view inside = data.substr(1, i - 1);
-      const bool plain = inside.find('\\') == std::string_view::npos;
-      return RegistryValue{.text = fromInner(plain ? inside : unescapeReg(inside))};
-    }
-  }
-  return std::nullopt;
+  const std::size_t behind = behindRegQuote(data, 1);
+  if (behind == std::string_view::npos) return std::nullopt;
+  const std::string_view rest = trimmed(data.substr(behind));
+  if (!rest.empty() && rest.front() != ';') return std::nullopt;
+  const std::string_view inside = data.substr(1, behind - 2);
+  const bool plain = inside.find('\\') == std::string_view::npos;
+  return RegistryValue{.text = fromInner(plain ? inside : unescapeReg(inside))};
 }
 
 std::string escaped(std::string_view text) {
@@ -207,6 +202,16 @@ std::optional<RegistryValue> parseRegData(std::string_view data, const RegDialec
   auto bytes = hexBytes(rest->substr(1));
   if (!bytes) return std::nullopt;
   return ofBytes(type, std::move(*bytes), dialect);
+}
+
+std::string_view regComment(std::string_view data) noexcept {
+  data = data.substr(0, data.find_last_not_of(" \t\r\n") + 1);
+  const bool text = data.starts_with('"');
+  const std::size_t from = text ? behindRegQuote(data, 1) : data.rfind('\n') + 1;
+  std::size_t at = from == std::string_view::npos ? from : data.find(';', from);
+  if (at == std::string_view::npos) return {};
+  while (at > from && isBlank(data[at - 1])) --at;
+  return text && at != from ? std::string_view() : data.substr(at);
 }
 
 std::string formatRegValue(std::string_view name, const RegistryValue& value,

@@ -22,6 +22,7 @@ struct PendingValue {
   std::optional<RegistryValue> value;  // nothing: to be removed
   std::size_t lastBegin = std::string::npos;
   std::size_t lastEnd = 0;
+  std::string_view comment;                                 // behind the data, in the last line
   std::vector<std::pair<std::size_t, std::size_t>> others;  // earlier lines of the same name
 };
 
@@ -38,6 +39,7 @@ struct PendingKey {
     seen = false;
     for (auto& [name, pending] : values) {
       pending.lastBegin = std::string::npos;
+      pending.comment = {};
       pending.others.clear();
     }
   }
@@ -174,6 +176,7 @@ void Editor::readValues(PendingKey& key, std::size_t begin, std::size_t end) {
       value.others.emplace_back(value.lastBegin, value.lastEnd);
     value.lastBegin = line.begin;
     value.lastEnd = line.end;
+    value.comment = regComment(line.data);
   }
 }
 
@@ -208,7 +211,10 @@ void Editor::spliceValues(PendingKey& key) {
     const bool there = value.lastBegin != std::string::npos;
     for (const auto& [begin, end] : value.others) splices_.push_back({begin, end, {}});
     std::string text;
-    if (value.value) text = formatRegValue(value.name, *value.value, dialect_, lineEnd_);
+    if (value.value) {
+      text = formatRegValue(value.name, *value.value, dialect_, lineEnd_);
+      text.insert(text.size() - lineEnd_.size(), value.comment);
+    }
     if (!there) {
       added += text;
     } else if (content_.substr(value.lastBegin, value.lastEnd - value.lastBegin) != text) {

@@ -8,18 +8,6 @@ namespace {
 constexpr std::string_view kVersion4 = "REGEDIT4";
 constexpr std::string_view kVersion5 = "Windows Registry Editor Version 5.00";
 
-// The position behind the quote that ends a text that began at `from`; npos where none does.
-std::size_t behindQuote(std::string_view line, std::size_t from) {
-  for (std::size_t i = from; i < line.size(); ++i) {
-    if (line[i] == '\\') {
-      ++i;
-    } else if (line[i] == '"') {
-      return i + 1;
-    }
-  }
-  return std::string_view::npos;
-}
-
 bool startsPiece(std::string_view line) {
   if (line.empty()) return false;
   const char c = line.front();
@@ -78,7 +66,7 @@ void RegLexer::readValue(std::string_view line, RegLine& out) {
   out.kind = RegStatement::malformed;
   std::size_t behind = 1;
   if (line.front() == '"') {
-    behind = behindQuote(line, 1);
+    behind = behindRegQuote(line, 1);
     if (behind == std::string_view::npos) return;
     out.name = line.substr(1, behind - 2);
   }
@@ -116,6 +104,17 @@ bool RegLexer::next(RegLine& out) {
   }
   out.end = at_;
   return true;
+}
+
+std::size_t behindRegQuote(std::string_view text, std::size_t from) noexcept {
+  for (std::size_t i = from; i < text.size(); ++i) {
+    if (text[i] == '\\') {
+      ++i;
+    } else if (text[i] == '"') {
+      return i + 1;
+    }
+  }
+  return std::string_view::npos;
 }
 
 std::size_t nextSection(std::string_view content, std::size_t from) noexcept {

@@ -52,6 +52,9 @@ class RegLexer {
   std::size_t line_ = 0;
 };
 
+// The position behind the quote that ends a text that began at `from`; npos where none does.
+std::size_t behindRegQuote(std::string_view text, std::size_t from) noexcept;
+
 // The next "[" at or behind `from` that begins a line; npos at the end.
 std::size_t nextSection(std::string_view content, std::size_t from) noexcept;
 
@@ -64,6 +67,9 @@ RegDialect regDialect(std::string_view content, const NarrowPage& page) noexcept
 
 // Nothing for data that is malformed.
 std::optional<RegistryValue> parseRegData(std::string_view data, const RegDialect& dialect);
+// What follows the data of a value on its last line: a comment and the blanks before it, or
+// nothing.
+std::string_view regComment(std::string_view data) noexcept;
 // "name"= or @= and the data, lines ended by `lineEnd` (also the last). `name` and the value are
 // taken over whole, whatever characters they hold.
 std::string formatRegValue(std::string_view name, const RegistryValue& value,

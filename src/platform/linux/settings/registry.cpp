@@ -155,13 +155,13 @@ class Importer {
   void takeKey(const RegLine& line) {
     key_ = regPath(line.name);
     if (!knownRoot(key_)) throw RegistryError("no such root", line.line);
-    if (std::ranges::count(key_, '\\') >= static_cast<std::ptrdiff_t>(kRegDepth))
-      throw RegistryError("the key lies too deep", line.line);
     const std::size_t rootEnd = std::min(key_.find('\\'), key_.size());
     const bool isRoot = rootEnd == key_.size();
     const auto root = registryRoot(fromInner(std::string_view(key_).substr(0, rootEnd)));
     key_ = toInner(root == RegistryRoot::classes ? kClasses : registryRootName(*root)) +
            key_.substr(rootEnd);
+    if (std::ranges::count(key_, '\\') >= static_cast<std::ptrdiff_t>(kRegDepth))
+      throw RegistryError("the key lies too deep", line.line);
     changes_ = root == RegistryRoot::currentUser ? &import_.user : &import_.machine;
     removed_ = line.kind == RegStatement::removeKey;
     if (isRoot) return;  // always there

@@ -47,8 +47,6 @@ class Face {
   Face(const Face&) = delete;
   Face& operator=(const Face&) = delete;
 
-  // The family that really serves, in UTF-8.
-  const std::string& family() const { return family_; }
   bool isFixedPitch() const { return cell_ > 0; }
   // The common advance of a fixed-pitch face in ems; 0 for a proportional one.
   double cell() const { return cell_; }

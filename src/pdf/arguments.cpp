@@ -69,13 +69,6 @@ bool Arguments::take(std::string_view word) {
   return true;
 }
 
-std::string_view Arguments::word(std::string_view expected) {
-  if (atEnd() || atText()) fail(expected);
-  const std::string_view found = next();
-  drop(found.size());
-  return found;
-}
-
 std::optional<drawing::Colour> Arguments::takeColour() {
   const std::optional<drawing::Colour> found = colourOf(next());
   if (found) drop(next().size());

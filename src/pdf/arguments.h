@@ -27,7 +27,6 @@ class Arguments {
   // part.
   bool take(std::string_view word);
   std::optional<drawing::Colour> takeColour();
-  std::string_view word(std::string_view expected);
 
   double number(std::string_view expected, double low, double high);
   // A number of centimetres, in points.

@@ -20,7 +20,6 @@ namespace veltgeneral::platform {
 class FileHandle {
  public:
   FileHandle(FileHandle&& other) noexcept;
-  FileHandle& operator=(FileHandle&& other) noexcept;
   ~FileHandle();
 
   // Pipes and devices are refused, and so never waited for.

@@ -16,7 +16,6 @@ class Library {
   // Throws RuntimeError: 53 no such file, 48 the file is there and cannot be loaded.
   explicit Library(const std::string& path);
   Library(Library&& other) noexcept;
-  Library& operator=(Library&& other) noexcept;
   Library(const Library&) = delete;
   Library& operator=(const Library&) = delete;
   ~Library();

@@ -70,7 +70,24 @@ static void values_keep_kind_and_content(void) {
   CHECK(vg_value_kind(value) == VG_TEXT);
   CHECK(vg_value_convert(value, VG_INT16) == 6 && vg_value_kind(value) == VG_TEXT);
   CHECK(vg_value_convert(value, VG_BYTES) == 13 && vg_value_convert(value, (vg_kind)99) == 13);
-  CHECK(vg_value_convert(value, VG_INT32) == 0 && vg_value_kind(value) == VG_INT32);
+  static const struct {
+    const char* text;
+    vg_kind kind;
+    const char* again; /* as a text */
+  } kinds[] = {
+      {"70000", VG_INT32, "70000"},   {"0.1", VG_SINGLE, "0.1"},
+      {"1e20", VG_DOUBLE, "1E+20"},   {"1.5", VG_CURRENCY, "1.5"},
+      {"-0.25", VG_DECIMAL, "-0.25"}, {"2/29/2024", VG_DATE, "2/29/2024"},
+      {"1", VG_BOOLEAN, "True"},      {"", VG_TEXT, ""},
+  };
+  for (size_t i = 0; i < sizeof kinds / sizeof *kinds; ++i) {
+    CHECK(vg_value_set_utf8(value, kinds[i].text, VG_TO_NUL) == 0);
+    CHECK(vg_value_convert(value, kinds[i].kind) == 0 && vg_value_kind(value) == kinds[i].kind);
+    CHECK(vg_value_convert(value, VG_TEXT) == 0 && holds(value, kinds[i].again));
+  }
+  float single = 0;
+  CHECK(vg_value_set_utf8(value, "0.1", VG_TO_NUL) == 0);
+  CHECK(vg_value_get_single(value, &single) == 0 && single == 0.1f);
   CHECK(vg_value_set_null(value) == 0 && vg_value_get_int32(value, &whole) == 94);
   CHECK(vg_value_set_missing(value) == 0 && vg_value_kind(value) == VG_MISSING);
   vg_value_free(value);

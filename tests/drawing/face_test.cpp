@@ -16,7 +16,7 @@ TEST(Face, FixedPitchIsTheTwinAndNeverAProportionalStandIn) {
   for (const bool bold : {false, true})
     for (const bool italic : {false, true}) {
       const Face& face = book.face({"Courier New", bold, italic, true});
-      EXPECT_DOUBLE_EQ(face.cell(), kCourierCell) << face.family();
+      EXPECT_DOUBLE_EQ(face.cell(), kCourierCell) << bold << italic;
       EXPECT_EQ(&face, &book.face({"Courier New", bold, italic, true}));
     }
   EXPECT_THROW(book.face({"Liberation Sans", false, false, true}), Error);

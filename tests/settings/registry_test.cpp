@@ -158,6 +158,7 @@ TEST(Registry, ImportIsWholeOrNothingAndExportComesBack) {
       {"REGEDIT4\n[HKEY_USERS\\a\n", 2},
       {"REGEDIT4\nREGEDIT4\n", 2},
       {"REGEDIT4\n[" + deep + "]\n", 2},
+      {"REGEDIT4\n[HKEY_CLASSES_ROOT" + deep.substr(12) + "]\n", 2},
       {"REGEDIT4\n[HKEY_USERS\\a]\n\"v\"=\"1\" 2\n", 3},
       {"REGEDIT4\n[HKEY_USERS\\a]\n\"v\"=hex:1 z\n", 3},
       {"REGEDIT4\n[HKEY_USERS\\a]\n\"v\"=hex(7:01\n", 3},

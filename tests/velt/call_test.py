@@ -89,6 +89,21 @@ class Results(VeltTest):
         said = self.answer("call", "ErrInfo.ErrInfoNew", 'json:{"vntNumberInfo":12}')
         self.assertEqual(said, {"result": 0, "arguments": {"structErrInfo": {"vntNumberInfo": 12}}})
 
+    # A number of every kind, as it comes back.
+    COME_BACK = [
+        ("int16:10", 10), ("single:10.1", 10.1), ("double:1e1", 10.0), ("10", "10"),
+        ("currency:10.5000", "10.5"), ("decimal:10.50", "10.5"),
+        ("decimal:79.228162514264337593543950335", "79.228162514264337593543950335"),
+        ("date:1900-01-09", "1900-01-09"), ("date:1900-01-09T23:59:59", "1900-01-09T23:59:59"),
+    ]
+
+    def test_kinds(self):
+        self.environment["VELTGENERAL_FORM"] = "image:form.png"
+        for argument, expected in self.COME_BACK:
+            with self.subTest(argument=argument):
+                said = self.answer("call", "Reporting.prtTesto", "1", "1", argument, "false", "false", "x")
+                self.assertEqual(said["arguments"], {"iSize": expected})
+
     def test_readable(self):
         self.write("text.txt", b"one\r\ntwo")
         for arguments, text in [

@@ -11,6 +11,7 @@ class Classes(VeltTest):
     def test_every_class_describes_itself(self):
         names = [each["name"] for each in self.answer("classes")]
         self.assertEqual(names[:2], ["ErrInfo", "FileUtility"])
+        self.assertEqual([line.split()[0] for line in self.velt("classes").splitlines()], names)
         for name in names:
             said = self.answer("describe", name.upper())
             self.assertEqual(said["name"], name)

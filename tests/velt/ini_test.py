@@ -32,6 +32,7 @@ class Ini(VeltTest):
 
     def test_list(self):
         self.assertEqual(self.velt("ini", "list", "app.ini", "main"), "Name=Anna B\nEmpty=\nname=Anna B\n")
+        self.assertIn("\n[Other]\nPrice=\u20ac 5\n", self.velt("ini", "list", "app.ini"))
         everything = self.answer("ini", "list", "app.ini")
         self.assertEqual(everything["Other"], {"Price": "\u20ac 5", "Long": "x" * 5000})
 

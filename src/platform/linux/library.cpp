@@ -49,11 +49,6 @@ Library::Library(const std::string& path) : handle_(::dlopen(path.c_str(), RTLD_
 
 Library::Library(Library&& other) noexcept : handle_(std::exchange(other.handle_, nullptr)) {}
 
-Library& Library::operator=(Library&& other) noexcept {
-  std::swap(handle_, other.handle_);
-  return *this;
-}
-
 Library::~Library() {
   if (handle_ != nullptr) ::dlclose(handle_);
 }

@@ -27,12 +27,6 @@ auto retried(Call&& call) {
 FileHandle::FileHandle(FileHandle&& other) noexcept
     : descriptor_(std::exchange(other.descriptor_, -1)), size_(other.size_) {}
 
-FileHandle& FileHandle::operator=(FileHandle&& other) noexcept {
-  std::swap(descriptor_, other.descriptor_);
-  size_ = other.size_;
-  return *this;
-}
-
 FileHandle::~FileHandle() {
   if (descriptor_ >= 0) ::close(descriptor_);
 }

@@ -2,23 +2,24 @@
 
 #include <utility>
 
-#include "automation/text_array_cell.h"
-
 namespace veltgeneral {
+
+TextArrayFiller::TextArrayFiller(TextArray& list, std::int32_t first) noexcept : list_(list) {
+  if (list.dimensions_ != 1) return;
+  const auto [lower, upper] = list.bounds_[0];
+  if (first < lower || first > upper) return;
+  next_ = list.index(first);
+  end_ = list.size_;
+}
 
 std::span<char16_t> TextArrayFiller::claim(std::size_t units) {
   settle();
   list_.compactWhereWorth();
   char16_t* const room = list_.claim(units);
+  room_ = room;
+  roomCell_ = list_.cellFor(room, 1) - 1;
   unshown_ = units;
   return {room, units};
-}
-
-void TextArrayFiller::show(std::int32_t index, TextView piece) {
-  TextArray::Cell& cell = list_.cells_[list_.index(index)];
-  list_.garbage_ += list_.view(cell).size();
-  cell = list_.cellFor(piece.data(), piece.size());
-  unshown_ -= piece.size();
 }
 
 void TextArrayFiller::settle() noexcept { list_.garbage_ += std::exchange(unshown_, 0); }

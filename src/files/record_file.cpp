@@ -49,6 +49,7 @@ std::int16_t clamped(std::int16_t wanted, std::int32_t first, std::int64_t recor
 
 // A record as the list gets it: without blanks at its end, but for a record that has nothing else.
 TextView cleaned(TextView record) {
+  if (record.back() != u' ') return record;
   const TextView trimmed = trimRight(record);
   return trimmed.empty() ? record.substr(0, 1) : trimmed;
 }
@@ -62,9 +63,10 @@ void readRecords(platform::FileHandle& file, std::size_t length, std::int32_t fi
   const std::size_t stride = length + kLineBreak;
   std::array<std::uint8_t, kChunk> bytes;
   std::uint64_t offset = (static_cast<std::uint64_t>(first) - 1) * stride;
-  TextArrayFiller filler(list);
-  for (std::int32_t stored = 0; stored < count;) {
-    const std::size_t records = std::min(kChunk / stride, static_cast<std::size_t>(count - stored));
+  TextArrayFiller filler(list, 1);
+  for (auto left = static_cast<std::size_t>(count); left > 0;) {
+    const std::size_t records = std::min(kChunk / stride, left);
+    left -= records;
     const std::size_t got = file.readAt(offset, std::span(bytes).first(records * stride));
     offset += got;
     const std::span<char16_t> text = filler.claim(got);
@@ -73,7 +75,7 @@ void readRecords(platform::FileHandle& file, std::size_t length, std::int32_t fi
     for (std::size_t begin = 0; begin < records * stride; begin += stride) {
       // The file has become shorter; only a line break may be missing.
       if (begin + length > got) throw RuntimeError(RunTime::inputPastEnd);
-      filler.show(++stored, cleaned(TextView(text.data() + begin, length)));
+      filler.show(cleaned(TextView(text.data() + begin, length)));
     }
   }
 }

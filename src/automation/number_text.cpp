@@ -238,13 +238,23 @@ Number scanned(TextView text, const Locale& locale) {
   return *number;
 }
 
+// Whether `c` is a letter that stands in no number.
+bool isOtherLetter(char16_t c, const Locale& locale) {
+  const char16_t small = lower(c);
+  return small >= u'a' && small <= u'z' && c < 0x80 && small != u'e' && small != u'd' &&
+         c != locale.currency.c_str()[0];
+}
+
 // Doubles end between 1.7E+308 and 1.8E+308.
 constexpr std::int64_t kSafeMagnitude = 308;
 
 }  // namespace
 
 bool isNumberToItsEnd(TextView text, const Locale& locale) {
-  if (text.size() <= kSafeMagnitude && std::ranges::all_of(text, isDigit)) return true;
+  const auto* const mark = std::ranges::find_if_not(text, isDigit);
+  if (mark == text.end() && text.size() <= kSafeMagnitude) return true;
+  // Codes as "12AB" end here: after digits only few letters go on.
+  if (mark != text.begin() && mark != text.end() && isOtherLetter(*mark, locale)) return false;
   const auto number = Scanner(text, locale).scan();
   if (!number) return false;
   if (number->literal) return fitsLiteral(*number);

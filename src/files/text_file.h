@@ -22,7 +22,7 @@ class TextFile {
   void close();
 
  private:
-  static constexpr std::size_t kChunk = 64 << 10;
+  static constexpr std::size_t kChunk = 32 << 10;
 
   void flush();
 

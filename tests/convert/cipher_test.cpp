@@ -34,7 +34,7 @@ TEST(Cipher, ShiftsCodesOfTheCodePage) {
 }
 
 TEST(Cipher, EveryCodeInAnyPlaceIsShiftedOrRefused) {
-  const testing::TestHost host;
+  const test::TestHost host;
   const Funzioni f;
   std::size_t refused = 0;
   for (int code = 0; code < 256; ++code) {
@@ -60,7 +60,7 @@ TEST(Cipher, EveryCodeInAnyPlaceIsShiftedOrRefused) {
       check("simpleDecrypt", &Funzioni::simpleDecrypt, -10);
     }
   }
-  const std::string log = testing::contentOf(host / "home/tarnview.log");
+  const std::string log = test::contentOf(host / "home/tarnview.log");
   EXPECT_EQ(static_cast<std::size_t>(std::ranges::count(log, '\n')), refused);
 }
 

@@ -130,7 +130,7 @@ TEST(Normalise, ByBlocksAsByCharacters) {
 }
 
 TEST(Normalise, TextsTooLongToCountAreReportedLoggedAndLeftAlone) {
-  const testing::TestHost host;
+  const test::TestHost host;
   const Funzioni f;
   for (const Member& member : kMembers) {
     Text text(32767, u'x');
@@ -139,14 +139,14 @@ TEST(Normalise, TextsTooLongToCountAreReportedLoggedAndLeftAlone) {
     Text out = u"before";
     EXPECT_EQ(test::fields((f.*member.call)(text, out)), failure(6, u"Overflow", member.name));
     EXPECT_EQ(out, u"before");
-    const std::string log = testing::contentOf(host / "home/tarnview.log");
+    const std::string log = test::contentOf(host / "home/tarnview.log");
     const std::string place = std::string("[VELTGENERAL] [") + member.name + "]";
     EXPECT_NE(log.find(place), std::string::npos) << log;
   }
 }
 
 TEST(Normalise, VariantsKeepTheAbsenceOfAValue) {
-  const testing::TestHost host;
+  const test::TestHost host;
   const Funzioni f;
   for (const Variant& none : {Variant(Empty{}), Variant(Null{})}) {
     Variant out = Text(u"before");
@@ -167,7 +167,7 @@ TEST(Normalise, VariantsKeepTheAbsenceOfAValue) {
   EXPECT_EQ(test::fields(f.normStringOnlyApiceWithNull(Text(32768, u'x'), out)),
             failure(6, u"Overflow", "normStringOnlyApice"));
   EXPECT_EQ(out, Variant(Text(u"-7")));
-  const std::string log = testing::contentOf(host / "home/tarnview.log");
+  const std::string log = test::contentOf(host / "home/tarnview.log");
   EXPECT_EQ(std::ranges::count(log, '\n'), 2);
 }
 

@@ -12,8 +12,8 @@ namespace veltgeneral {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::contentOf;
-using testing::setContent;
+using test::contentOf;
+using test::setContent;
 
 auto failure(std::int32_t number, TextView message, TextView location) {
   return test::fields(ErrInfo(number, message, eiERRORTYPE, location, Text(u"VELTGENERAL")));
@@ -38,7 +38,7 @@ class PdfBridge : public ::testing::Test {
         std::ranges::count(contentOf(host_ / "home/tarnview.log"), '\n'));
   }
 
-  testing::TestHost host_;
+  test::TestHost host_;
   Funzioni f_;
 };
 

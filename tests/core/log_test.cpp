@@ -13,7 +13,7 @@ namespace veltgeneral {
 namespace {
 
 namespace fs = std::filesystem;
-using namespace veltgeneral::testing;
+using namespace test;
 
 const std::string kKey = "SOFTWARE\\Zoltra\\LogSystem";
 

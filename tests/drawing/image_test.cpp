@@ -12,10 +12,12 @@
 #include <vector>
 
 #include "drawing/error.h"
-#include "drawing/temp_folder.h"
+#include "support/temporary_folder.h"
 
 namespace veltgeneral::drawing {
 namespace {
+
+using namespace test;
 
 // A one-coloured picture of 16 × 8 dots.
 std::string jpegOf(J_COLOR_SPACE space, const std::vector<JSAMPLE>& dot) {
@@ -47,7 +49,7 @@ std::string pngOf(const std::string& path) {
   const Handle<cairo_surface_t, cairo_surface_destroy> surface(
       cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 3, 2));
   cairo_surface_write_to_png(surface.get(), path.c_str());
-  return readAll(path);
+  return contentOf(path);
 }
 
 std::uint32_t firstDot(const Image& image) {
@@ -57,7 +59,7 @@ std::uint32_t firstDot(const Image& image) {
 }
 
 TEST(Image, ReadsBothKinds) {
-  const TempFolder folder;
+  const TemporaryFolder folder;
   pngOf(folder / "a.png");
   EXPECT_EQ(Image(folder / "a.png").dots().width, 3);
   struct Case {
@@ -71,14 +73,14 @@ TEST(Image, ReadsBothKinds) {
       {JCS_CMYK, {255, 255, 0, 128}, 0x808000},  // inks inverted: 255 is none
   };
   for (const Case& c : cases) {
-    const Image image(folder.write("a.jpg", jpegOf(c.space, c.dot)));
+    const Image image(folder.put("a.jpg", jpegOf(c.space, c.dot)));
     EXPECT_EQ(image.dots().height, 8);
     EXPECT_EQ(firstDot(image), c.colour);
   }
 }
 
 TEST(Image, RefusesWhatIsNoPicture) {
-  const TempFolder folder;
+  const TemporaryFolder folder;
   const std::string png = pngOf(folder / "a.png");
   const std::string jpeg = jpegOf(JCS_RGB, {1, 2, 3});
   std::string huge = png;
@@ -98,7 +100,7 @@ TEST(Image, RefusesWhatIsNoPicture) {
   };
   for (const Case& c : cases) {
     try {
-      const Image image(folder.write("bad", c.bytes));
+      const Image image(folder.put("bad", c.bytes));
       ADD_FAILURE() << "taken: " << c.message;
     } catch (const Error& error) {
       EXPECT_STREQ(error.what(), c.message);

@@ -6,21 +6,23 @@
 #include <cerrno>
 
 #include "drawing/error.h"
-#include "drawing/temp_folder.h"
+#include "support/temporary_folder.h"
 
 namespace veltgeneral::drawing {
 namespace {
 
+using namespace test;
+
 namespace fs = std::filesystem;
 
 TEST(PdfFile, AppearsWholeOrNotAtAll) {
-  const TempFolder folder;
-  const std::string path = folder.write("a.pdf", "before");
+  const TemporaryFolder folder;
+  const std::string path = folder.put("a.pdf", "before");
   {
     PdfFile dropped(path, kA4);
     dropped.endPage();
   }
-  EXPECT_EQ(readAll(path), "before");
+  EXPECT_EQ(contentOf(path), "before");
   EXPECT_EQ(folder.fileCount(), 1u);
 
   ::chmod(path.c_str(), 0640);
@@ -28,7 +30,7 @@ TEST(PdfFile, AppearsWholeOrNotAtAll) {
   PdfFile kept(folder / "link.pdf", kA4);
   kept.endPage();
   kept.commit();
-  const std::string bytes = readAll(path);
+  const std::string bytes = contentOf(path);
   EXPECT_EQ(bytes.substr(0, 5), "%PDF-");
   EXPECT_EQ(bytes.substr(bytes.size() - 6), "%%EOF\n");
   EXPECT_TRUE(fs::is_symlink(folder / "link.pdf"));
@@ -37,7 +39,7 @@ TEST(PdfFile, AppearsWholeOrNotAtAll) {
 }
 
 TEST(PdfFile, RefusesPlacesThatAreNoFile) {
-  const TempFolder folder;
+  const TemporaryFolder folder;
   struct Case {
     std::string path;
     int systemError;
@@ -45,7 +47,7 @@ TEST(PdfFile, RefusesPlacesThatAreNoFile) {
   const Case cases[] = {
       {folder / "", EISDIR},
       {folder / "none/a.pdf", ENOENT},
-      {folder.write("file", "") + "/a.pdf", ENOTDIR},
+      {folder.put("file", "") + "/a.pdf", ENOTDIR},
       {"/dev/null", 0},
   };
   for (const Case& c : cases) {

@@ -12,7 +12,7 @@ namespace {
 using platform::ProfileFile;
 
 void check(const std::string& bytes) {
-  const platform::NarrowPage& page = testing::latin1();
+  const platform::NarrowPage& page = test::latin1();
   const Text shown = fromUtf8(bytes);
   const Text section = u"S\u00E8";
   const Text key = u"K";

@@ -16,13 +16,13 @@ constexpr TextView kKey = u"HKEY_LOCAL_MACHINE\\k";
 constexpr TextView kName = u"n\"\\";
 
 std::optional<RegistryValue> ask(std::string_view bytes) {
-  const RegistryFile file(bytes, testing::latin1());
+  const RegistryFile file(bytes, test::latin1());
   const std::uint32_t key = file.find(kKey);
   return key == RegistryFile::kNone ? std::nullopt : file.query(key, kName);
 }
 
 void check(std::string_view bytes) {
-  const platform::NarrowPage& page = testing::latin1();
+  const platform::NarrowPage& page = test::latin1();
   const Text shown = fromUtf8(bytes);
   platform::RegText text = platform::decodeReg(bytes, page);
   const bool wholeUnits = bytes.size() % 2 == 0 || text.encoding != platform::Encoding::utf16Mark;

@@ -131,8 +131,8 @@ TEST(Document, EveryPublishedExampleIsUnderstood) {
   EXPECT_EQ(Generator::runFiles(examples + "invoice.txt", generator.folder / "a.pdf").message, "");
   EXPECT_EQ(generator.info("Pages"), "1");
 
-  generator.folder.write("logo.png", drawing::readAll(examples + "logo.png"));
-  const std::string page = drawing::readAll(SOURCE_DIR "/docs/pdf-commands.md");
+  generator.folder.put("logo.png", test::contentOf(examples + "logo.png"));
+  const std::string page = test::contentOf(SOURCE_DIR "/docs/pdf-commands.md");
   int count = 0;
   constexpr std::string_view kFence = "\n```\n";
   for (std::size_t at = page.find(kFence); at != std::string::npos; ++count) {

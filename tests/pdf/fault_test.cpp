@@ -42,16 +42,16 @@ Result runLimited(const Generator& generator, rlim_t limit) {
 
 TEST(Fault, AFullDiskIsReportedAndLeavesTheOldFile) {
   const Generator generator;
-  generator.folder.write("a.txt", longTable(5000));
-  generator.folder.write("a.pdf", "before");
+  generator.folder.put("a.txt", longTable(5000));
+  generator.folder.put("a.pdf", "before");
   // Refused among the pages, and refused at the very end.
   for (const rlim_t limit : {20000, 1000}) {
     const Result result = runLimited(generator, limit);
     EXPECT_EQ(result.number, 3);
     EXPECT_EQ(result.message, "the PDF file cannot be written: File too large: a.pdf");
-    EXPECT_EQ(drawing::readAll(generator.folder / "a.pdf"), "before");
+    EXPECT_EQ(test::contentOf(generator.folder / "a.pdf"), "before");
     EXPECT_EQ(generator.folder.fileCount(), 2u);
-    generator.folder.write("a.txt", "text 2 2 \"a\"");
+    generator.folder.put("a.txt", "text 2 2 \"a\"");
   }
 }
 
@@ -61,7 +61,7 @@ TEST(Fault, MemoryDoesNotGrowWithTheRows) {
 #endif
   const Generator generator;
   const auto peak = [&](int rows) {
-    generator.folder.write("a.txt", longTable(rows));
+    generator.folder.put("a.txt", longTable(rows));
     const pid_t child = ::fork();
     if (child == 0)
       ::_exit(Generator::runFiles(generator.folder / "a.txt", generator.folder / "a.pdf").number);

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "drawing/temp_folder.h"
+#include "support/temporary_folder.h"
 
 namespace veltgeneral::pdf {
 
@@ -31,7 +31,7 @@ class Generator {
  public:
   // What the engine makes of `commands`, in <folder>/a.pdf.
   Result run(std::string_view commands) const {
-    return runFiles(folder.write("a.txt", commands), folder / "a.pdf");
+    return runFiles(folder.put("a.txt", commands), folder / "a.pdf");
   }
   static Result runFiles(const std::string& commandFile, const std::string& pdfFile) {
     using Entry = std::int16_t(const char*, const char*, char*);
@@ -85,7 +85,7 @@ class Generator {
     return text;
   }
 
-  drawing::TempFolder folder;
+  test::TemporaryFolder folder;
 
  private:
   // Drops what comes before `mark` and the mark; false, and nothing changed, where there is none.

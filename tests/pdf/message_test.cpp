@@ -91,7 +91,7 @@ TEST(Message, NamesTheLineAndWhatWasExpected) {
 
 TEST(Message, FilesThatCannotServe) {
   const Generator generator;
-  const std::string good = generator.folder.write("good.txt", "text 1 1 \"a\"");
+  const std::string good = generator.folder.put("good.txt", "text 1 1 \"a\"");
   const std::string longName(200, 'x');
   struct FileCase {
     std::string commandFile, pdfFile;

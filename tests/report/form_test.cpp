@@ -6,7 +6,7 @@
 #include <cmath>
 
 #include "drawing/handles.h"
-#include "drawing/temp_folder.h"
+#include "support/temporary_folder.h"
 #include "platform/report_surfaces.h"
 #include "report/display.h"
 #include "report/error_of.h"
@@ -15,7 +15,7 @@
 namespace veltgeneral {
 namespace {
 
-using drawing::TempFolder;
+using test::TemporaryFolder;
 using test::Observer;
 using test::VirtualDisplay;
 
@@ -131,7 +131,7 @@ void expectPage(const Shot& shot) {
 }
 
 TEST_F(FormTest, ShowsThePageAndIsRepaintedByTheServer) {
-  const TempFolder folder;
+  const TemporaryFolder folder;
   const std::string file = folder / "page.png";
   ::setenv("VELTGENERAL_FORM", ("image:" + file).c_str(), 1);
   report_.openReport();
@@ -247,7 +247,7 @@ TEST_F(FormTest, ALostDisplayIsAnErrorAndNoMore) {
 }
 
 TEST_F(FormTest, PicturesAppearWholeOrNotAtAll) {
-  const TempFolder folder;
+  const TemporaryFolder folder;
   struct Case {
     std::string file;
     std::int32_t error;

@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-#include "drawing/temp_folder.h"
+#include "support/temporary_folder.h"
 #include "support/process.h"
 
 namespace veltgeneral::test {
@@ -25,17 +25,17 @@ class PrintSystem {
     for (const char* name :
          {"spool", "spool/tmp", "cache", "state", "root", "incoming", "received"})
       std::filesystem::create_directory(folder_ / name);
-    folder_.write("bus.conf", "<busconfig><type>system</type><listen>unix:path=" + folder_ / "bus" +
+    folder_.put("bus.conf", "<busconfig><type>system</type><listen>unix:path=" + folder_ / "bus" +
                                   "</listen><auth>EXTERNAL</auth><policy context=\"default\">"
                                   "<allow send_destination=\"*\" eavesdrop=\"true\"/><allow "
                                   "eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>");
-    folder_.write("files.conf", "ServerRoot " + folder_ / "root" + "\nRequestRoot " +
+    folder_.put("files.conf", "ServerRoot " + folder_ / "root" + "\nRequestRoot " +
                                     folder_ / "spool" + "\nTempDir " + folder_ / "spool/tmp" +
                                     "\nCacheDir " + folder_ / "cache" + "\nStateDir " +
                                     folder_ / "state" + "\nAccessLog " + folder_ / "access.log" +
                                     "\nErrorLog " + folder_ / "error.log" + "\nPageLog " +
                                     folder_ / "page.log" + "\n");
-    folder_.write("cupsd.conf",
+    folder_.put("cupsd.conf",
                   "Listen " + scheduler() +
                       "\nBrowsing Off\nDefaultAuthType None\nWebInterface No\n"
                       "<Location />\nOrder allow,deny\nAllow all\n</Location>\n"
@@ -43,7 +43,7 @@ class PrintSystem {
                       "</Policy>\n");
     // Printing is to keep the document.
     std::filesystem::permissions(
-        folder_.write("print", "#!/bin/sh\ncp \"$1\" " + folder_ / "page" + " && mv " +
+        folder_.put("print", "#!/bin/sh\ncp \"$1\" " + folder_ / "page" + " && mv " +
                                    folder_ / "page" + " " + folder_ / "received/" +
                                    "\"$(basename \"$1\")\"\n"),
         std::filesystem::perms::owner_all);
@@ -101,7 +101,7 @@ class PrintSystem {
     });
     return file;
   }
-  std::string printerLog() const { return drawing::readAll(folder_ / "printer.log"); }
+  std::string printerLog() const { return test::contentOf(folder_ / "printer.log"); }
 
  private:
   static Process::Options quiet() { return {.output = {}, .unprivileged = true}; }
@@ -150,7 +150,7 @@ class PrintSystem {
       give(entry.path().string());
   }
 
-  drawing::TempFolder folder_;
+  test::TemporaryFolder folder_;
   // One for all: a thread of the print system's library looks for its scheduler once.
   inline static const int schedulerPort_ = freePort();
   int printerPort_ = freePort();

@@ -6,7 +6,7 @@
 #include <thread>
 
 #include "core/host_events.h"
-#include "drawing/temp_folder.h"
+#include "support/temporary_folder.h"
 #include "report/error_of.h"
 #include "report/print_system.h"
 #include "support/process.h"
@@ -15,7 +15,7 @@
 namespace veltgeneral {
 namespace {
 
-using drawing::TempFolder;
+using test::TemporaryFolder;
 using test::Process;
 
 struct Word {
@@ -43,7 +43,7 @@ double number(const std::string& line, const std::string& name) {
 
 // As another program reads it.
 Document readPdf(const std::string& file) {
-  const TempFolder folder;
+  const TemporaryFolder folder;
   EXPECT_EQ(Process({"pdftotext", "-bbox", file, folder / "words"}).wait(), 0);
   Document document;
   std::ifstream lines(folder / "words");
@@ -107,7 +107,7 @@ class PrinterTest : public testing::Test {
     ::setenv("VELTGENERAL_PRINTER", printer.c_str(), 1);
   }
 
-  TempFolder folder_;
+  TemporaryFolder folder_;
   Reporting report_;
 };
 
@@ -130,7 +130,7 @@ TEST_F(PrinterTest, PagesToAFile) {
 }
 
 TEST_F(PrinterTest, NothingIsLeftOfADocumentThatNobodyEnds) {
-  const std::string file = folder_.write("report.pdf", "before");
+  const std::string file = folder_.put("report.pdf", "before");
   choose("pdf:" + file);
   {
     Reporting dropped;
@@ -140,7 +140,7 @@ TEST_F(PrinterTest, NothingIsLeftOfADocumentThatNobodyEnds) {
   }
   report_.openReport();
   report_.closeReport();  // nothing was drawn
-  EXPECT_EQ(drawing::readAll(file), "before");
+  EXPECT_EQ(test::contentOf(file), "before");
   EXPECT_EQ(folder_.fileCount(), 1u);
 }
 
@@ -163,7 +163,7 @@ TEST_F(PrinterTest, ErrorsOfPlacesAndValues) {
 }
 
 TEST_F(PrinterTest, AFullDiskIsAnErrorAndKeepsWhatWasThere) {
-  const std::string file = folder_.write("report.pdf", "before");
+  const std::string file = folder_.put("report.pdf", "before");
   choose("pdf:" + file);
   // A file that may not grow: the system's words for a disk without room are the same to us.
   rlimit before{};
@@ -175,7 +175,7 @@ TEST_F(PrinterTest, AFullDiskIsAnErrorAndKeepsWhatWasThere) {
   ::setrlimit(RLIMIT_FSIZE, &before);
   ::signal(SIGXFSZ, signal);
   EXPECT_EQ(error, 61);
-  EXPECT_EQ(drawing::readAll(file), "before");
+  EXPECT_EQ(test::contentOf(file), "before");
   EXPECT_EQ(folder_.fileCount(), 1u);
 }
 

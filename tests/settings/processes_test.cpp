@@ -15,7 +15,7 @@ namespace veltgeneral {
 namespace {
 
 namespace fs = std::filesystem;
-using namespace veltgeneral::testing;
+using namespace test;
 using platform::ProfileCall;
 using platform::RegistryKey;
 using platform::RegistryRoot;

@@ -8,7 +8,7 @@
 namespace veltgeneral::platform {
 namespace {
 
-using veltgeneral::testing::latin1;
+using test::latin1;
 
 std::string wide(std::string_view latin) {
   return std::string(kUtf16Mark) + utf16OfInner(innerOfPage(latin, latin1()));

@@ -7,7 +7,7 @@
 namespace veltgeneral::platform {
 namespace {
 
-using veltgeneral::testing::latin1;
+using test::latin1;
 
 constexpr std::string_view kSample =
     "Windows Registry Editor Version 5.00\r\n"
@@ -79,61 +79,65 @@ TEST(RegFile, DeletionsUndoWhatStandsAboveThem) {
   EXPECT_EQ(file.valueNames(file.find(u"HKEY_USERS\\a")), std::vector<Text>{u"v"});
 }
 
-// One change each, on the sample cut down to what matters.
+using Changes = std::vector<RegChange>;
+
+RegChange change(RegChange::Kind kind, std::string key, std::string name = {},
+                 RegistryValue value = {}) {
+  return {kind, std::move(key), std::move(name), std::move(value)};
+}
+
+// A text, where nothing else is said.
+RegChange set(std::string key, std::string name, Text text) {
+  return change(RegChange::Kind::setValue, key, name, {.text = std::move(text)});
+}
+
 TEST(RegEdit, TouchesTheLinesItMust) {
-  using Kind = RegChange::Kind;
-  const auto text = [](const Text& t) { return RegistryValue{.text = t}; };
+  constexpr auto kRemoveKey = RegChange::Kind::removeKey;
+  const Changes setA{set("R\\k", "a", u"2")};
   struct Case {
     std::string before;
-    std::vector<RegChange> changes;
+    Changes changes;
     std::string after;
   };
   const Case cases[] = {
       {"",
-       {{Kind::setValue, "R\\k", "v", text(u"a\\b\"\n")}},
+       {set("R\\k", "v", u"a\\b\"\n")},
        "Windows Registry Editor Version 5.00\r\n\r\n[R\\k]\r\n\"v\"=\"a\\\\b\\\"\\n\"\r\n\r\n"},
       {"REGEDIT4\n\n[R\\K]\n\"a\"=\"1\" ; note\n; c\n\n[R\\z]\n",
-       {{Kind::setValue, "R\\k", "b", text(u"2")}},
+       {set("R\\k", "b", u"2")},
        "REGEDIT4\n\n[R\\K]\n\"a\"=\"1\" ; note\n\"b\"=\"2\"\n; c\n\n[R\\z]\n"},
       // The comment behind a value stays.
       {"[R\\k]\n\"a\"=\"\\\"1;\" ; it's \"a\"\n\"b\"=hex:01,\\\n  ;c\n  02\t;d\n\"c\"=dword:1;e",
-       {{Kind::setValue, "R\\k", "a", text(u"2")},
-        {Kind::setValue, "R\\k", "b", text(u"3")},
-        {Kind::setValue, "R\\k", "c", {RegistryType::binary, {}, {4}}}},
+       {set("R\\k", "a", u"2"), set("R\\k", "b", u"3"),
+        change(RegChange::Kind::setValue, "R\\k", "c", {RegistryType::binary, {}, {4}})},
        "[R\\k]\n\"a\"=\"2\" ; it's \"a\"\n\"b\"=\"3\"\t;d\n\"c\"=hex:04;e\n"},
       // The last of equal values is the one in force; the earlier ones go.
-      {"[R\\k]\n\"a\"=\"1\"\n\"A\"=\"2\"\n\n[r\\K]\n\"a\"=\"3\"",
-       {{Kind::setValue, "R\\k", "a", text(u"4")}},
-       "[R\\k]\n\n[r\\K]\n\"a\"=\"4\"\n"},
+      {"[R\\k]\n\"a\"=\"1\"\n\"A\"=\"2\"\n\n[r\\K]\n\"a\"=\"3\"", setA,
+       "[R\\k]\n\n[r\\K]\n\"a\"=\"2\"\n"},
       {"[R\\k]\n\"a\"=hex:01,\\\n  02\n\"b\"=\"2\"\n",
-       {{Kind::removeValue, "R\\k", "A", {}}},
+       {change(RegChange::Kind::removeValue, "R\\k", "A")},
        "[R\\k]\n\"b\"=\"2\"\n"},
       // With sub-keys, without the comment that leads the next key.
       {"[R\\k]\n\"a\"=\"1\"\n\n; z\n[R\\z]\n[R\\k\\x]\n[R\\kk]\n",
-       {{Kind::removeKey, "R\\K", "", {}}},
+       {change(kRemoveKey, "R\\K")},
        "; z\n[R\\z]\n[R\\kk]\n"},
       {"[R\\k]\n\"a\"=\"1\"\n[R\\k\\x]\n",
-       {{Kind::setValue, "R\\k\\x", "q", text(u"lost")},
-        {Kind::removeKey, "R\\k", "", {}},
-        {Kind::setValue, "R\\k", "b", text(u"2")},
-        {Kind::createKey, "R\\m", "", {}}},
+       {set("R\\k\\x", "q", u"lost"), change(kRemoveKey, "R\\k"), set("R\\k", "b", u"2"),
+        change(RegChange::Kind::createKey, "R\\m")},
        "Windows Registry Editor Version 5.00\n\n[R\\k]\n\"b\"=\"2\"\n\n[R\\m]\n\n"},
       // What stands above a deletion is dead: the value is set behind it.
-      {"[R\\k]\n\"a\"=\"1\"\n[-R]\n[-R\\K]",
-       {{Kind::setValue, "R\\k", "a", text(u"2")}},
+      {"[R\\k]\n\"a\"=\"1\"\n[-R]\n[-R\\K]", setA,
        "[R\\k]\n\"a\"=\"1\"\n[-R]\n[-R\\K]\n\n[R\\k]\n\"a\"=\"2\"\n\n"},
       {"[R\\k\\x]\n\"a\"=\"1\"\n[-R\\k]\n",
-       {{Kind::setValue, "R\\k\\x", "a", text(u"2")}},
+       {set("R\\k\\x", "a", u"2")},
        "[R\\k\\x]\n\"a\"=\"1\"\n[-R\\k]\n\n[R\\k\\x]\n\"a\"=\"2\"\n\n"},
       // What is cut off: a line without its end, a key without its bracket.
-      {"[R\\k",
-       {{Kind::setValue, "R\\k", "a", text(u"1")}},
-       "[R\\k\r\n\r\n[R\\k]\r\n\"a\"=\"1\"\r\n\r\n"},
-      {"[R\\k]", {{Kind::setValue, "R\\k", "a", text(u"1")}}, "[R\\k]\r\n\"a\"=\"1\"\r\n"},
+      {"[R\\k", setA, "[R\\k\r\n\r\n[R\\k]\r\n\"a\"=\"2\"\r\n\r\n"},
+      {"[R\\k]", setA, "[R\\k]\r\n\"a\"=\"2\"\r\n"},
       // Next to a key that goes.
-      {"[R\\k]\n\"a\"=\"1\"\n[R\\z]\n",
-       {{Kind::removeKey, "R\\z", "", {}}, {Kind::setValue, "R\\k", "b", text(u"2")}},
-       "[R\\k]\n\"a\"=\"1\"\n\"b\"=\"2\"\n"},
+      {"[R\\k]\n\"b\"=\"1\"\n[R\\z]\n",
+       {change(kRemoveKey, "R\\z"), set("R\\k", "a", u"2")},
+       "[R\\k]\n\"b\"=\"1\"\n\"a\"=\"2\"\n"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.before);
@@ -157,8 +161,9 @@ TEST(RegEdit, WritesWhatReadsBackTheSame) {
   for (const std::string_view version : {"Windows Registry Editor Version 5.00\n", "REGEDIT4\n"}) {
     for (const RegistryValue& value : values) {
       if (version[0] == 'R' && value.text.find(0xD800) != Text::npos) continue;  // no such byte
-      const std::string after = editReg(
-          version, {{RegChange::Kind::setValue, "HKEY_USERS\\k", "\"n\\\n", value}}, latin1());
+      const std::string after =
+          editReg(version, {change(RegChange::Kind::setValue, "HKEY_USERS\\k", "\"n\\\n", value)},
+                  latin1());
       const RegistryFile file(after, latin1());
       EXPECT_EQ(ask(file, u"HKEY_USERS\\k", u"\"N\\\n"), value) << after;
       for (std::size_t at = 0, end = 0; at < after.size(); at = end + 1) {

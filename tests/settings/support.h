@@ -1,21 +1,13 @@
-// What the tests of the settings stores share: a folder of their own, whole files, many processes.
+// What the tests of the settings stores share: folders of the library's own, many processes.
 #pragma once
 
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <functional>
-#include <iterator>
-#include <string>
-#include <vector>
 
 #include "platform/narrow_page.h"
 #include "support/process.h"
+#include "support/temporary_folder.h"
 
-namespace veltgeneral::testing {
+namespace veltgeneral::test {
 
 // Where tests work that write more than a disk takes in a moment.
 inline std::filesystem::path memoryFolder() {
@@ -23,67 +15,31 @@ inline std::filesystem::path memoryFolder() {
   return ::access(kShared, W_OK) == 0 ? kShared : std::filesystem::temp_directory_path();
 }
 
-// A new folder, gone with the object.
-class TemporaryFolder {
- public:
-  explicit TemporaryFolder(
-      const std::filesystem::path& parent = std::filesystem::temp_directory_path()) {
-    std::string pattern = parent / "veltgeneral-XXXXXX";
-    path_ = ::mkdtemp(pattern.data());
-  }
-  ~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::permissions(path_, std::filesystem::perms::owner_all, ignored);
-    std::filesystem::remove_all(path_, ignored);
-  }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-  std::string operator/(const std::string& name) const { return path_ + "/" + name; }
-  const std::string& path() const { return path_; }
-
- private:
-  std::string path_;
-};
-
-inline std::string contentOf(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-
-inline void setContent(const std::string& path, std::string_view content) {
-  std::ofstream(path, std::ios::binary) << content;
-}
-
 // The library's own folders and its registry, in a folder of the test's.
-class TestHost {
+class TestHost : public TemporaryFolder {
  public:
   explicit TestHost(const std::filesystem::path& parent = std::filesystem::temp_directory_path())
-      : folder_(parent) {
-    for (const char* name : {"registry", "home", "windows", "drive"})
-      std::filesystem::create_directory(folder_ / name);
-    ::setenv("VELTGENERAL_REGISTRY_DIR", (folder_ / "registry").c_str(), 1);
-    ::setenv("VELTGENERAL_HOME", (folder_ / "home").c_str(), 1);
-    ::setenv("VELTGENERAL_WINDOWS_DIR", (folder_ / "windows").c_str(), 1);
-    ::setenv("VELTGENERAL_DRIVE_C", (folder_ / "drive").c_str(), 1);
+      : TemporaryFolder(parent) {
+    for (const auto& [variable, name] : kFolders) {
+      std::filesystem::create_directory(*this / name);
+      ::setenv(variable, (*this / name).c_str(), 1);
+    }
   }
   ~TestHost() {
-    for (const char* name : {"VELTGENERAL_REGISTRY_DIR", "VELTGENERAL_HOME",
-                             "VELTGENERAL_WINDOWS_DIR", "VELTGENERAL_DRIVE_C"})
-      ::unsetenv(name);
+    for (const auto& [variable, name] : kFolders) ::unsetenv(variable);
   }
-  TestHost(const TestHost&) = delete;
-  TestHost& operator=(const TestHost&) = delete;
 
-  std::string operator/(const std::string& name) const { return folder_ / name; }
   // The machine's hive, whole: what stands below a version line and one key.
   void setMachineKey(const std::string& key, const std::string& values) const {
-    setContent(folder_ / "registry/machine.reg",
-               "REGEDIT4\n[HKEY_LOCAL_MACHINE\\" + key + "]\n" + values + "\n");
+    put("registry/machine.reg", "REGEDIT4\n[HKEY_LOCAL_MACHINE\\" + key + "]\n" + values + "\n");
   }
 
  private:
-  TemporaryFolder folder_;
+  static constexpr std::pair<const char*, const char*> kFolders[] = {
+      {"VELTGENERAL_REGISTRY_DIR", "registry"},
+      {"VELTGENERAL_HOME", "home"},
+      {"VELTGENERAL_WINDOWS_DIR", "windows"},
+      {"VELTGENERAL_DRIVE_C", "drive"}};
 };
 
 // The first 256 characters, as ISO 8859-1 has them.
@@ -100,7 +56,7 @@ inline const platform::NarrowPage& latin1() {
 // A process of its own that runs `body`, which must not test anything; 0 when it went well.
 inline pid_t inProcess(const std::function<bool()>& body) {
   const pid_t child = ::fork();
-  if (child == 0) test::leave(body() ? 0 : 1);
+  if (child == 0) leave(body() ? 0 : 1);
   return child;
 }
 
@@ -109,4 +65,4 @@ inline bool succeeded(pid_t child) {
   return ::waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
-}  // namespace veltgeneral::testing
+}  // namespace veltgeneral::test

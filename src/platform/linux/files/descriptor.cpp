@@ -1,9 +1,8 @@
 #include "platform/linux/files/descriptor.h"
 
+#include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
-
-#include <cerrno>
 
 namespace veltgeneral::platform {
 
@@ -11,13 +10,12 @@ Descriptor::~Descriptor() {
   if (fd_ >= 0) ::close(fd_);
 }
 
-FileLock::FileLock(int fd) noexcept : fd_(fd) {
-  int result = 0;
-  do {
-    result = ::flock(fd, LOCK_EX);
-  } while (result != 0 && errno == EINTR);
-  holds_ = result == 0;
+Descriptor openFile(const std::string& path, int flags, mode_t mode) noexcept {
+  return Descriptor(retried([&] { return ::open(path.c_str(), flags | O_CLOEXEC, mode); }));
 }
+
+FileLock::FileLock(int fd) noexcept
+    : fd_(fd), holds_(retried([&] { return ::flock(fd, LOCK_EX); }) == 0) {}
 
 FileLock::~FileLock() {
   // Said outright: a descriptor that a fork has copied would keep the lock over our close.
@@ -31,12 +29,11 @@ bool readWhole(int fd, std::size_t expected, std::string& content) {
     // A full buffer asks for one more byte's worth only to hear that there is none.
     char probe = 0;
     const bool full = used == content.size();
-    const ssize_t got = ::pread(fd, full ? &probe : content.data() + used,
-                                full ? 1 : content.size() - used, static_cast<off_t>(used));
-    if (got < 0) {
-      if (errno == EINTR) continue;
-      return false;
-    }
+    const ssize_t got = retried([&] {
+      return ::pread(fd, full ? &probe : content.data() + used, full ? 1 : content.size() - used,
+                     static_cast<off_t>(used));
+    });
+    if (got < 0) return false;
     if (got == 0) break;
     if (full) {
       content.push_back(probe);
@@ -52,11 +49,8 @@ bool readWhole(int fd, std::size_t expected, std::string& content) {
 
 bool writeWhole(int fd, std::string_view content) noexcept {
   while (!content.empty()) {
-    const ssize_t put = ::write(fd, content.data(), content.size());
-    if (put < 0) {
-      if (errno == EINTR) continue;
-      return false;
-    }
+    const ssize_t put = retried([&] { return ::write(fd, content.data(), content.size()); });
+    if (put < 0) return false;
     content.remove_prefix(static_cast<std::size_t>(put));
   }
   return true;

@@ -1,12 +1,23 @@
 // A file descriptor with an owner, and whole reads and writes over it.
 #pragma once
 
+#include <sys/types.h>
+
+#include <cerrno>
 #include <cstddef>
 #include <string>
 #include <string_view>
 #include <utility>
 
 namespace veltgeneral::platform {
+
+// One system call, again when a signal interrupted it.
+template <class Call>
+auto retried(Call&& call) {
+  auto result = call();
+  while (result == -1 && errno == EINTR) result = call();
+  return result;
+}
 
 class Descriptor {
  public:
@@ -27,6 +38,9 @@ class Descriptor {
  private:
   int fd_ = -1;
 };
+
+// As open(2), for this program alone. errno tells why there is none, where there is none.
+Descriptor openFile(const std::string& path, int flags, mode_t mode = 0) noexcept;
 
 // Waits for the kernel's lock on the file that a descriptor has open, against every other process
 // and thread. It goes with the object, or with the process: nothing of it can stay behind.

@@ -18,7 +18,7 @@ namespace {
 constexpr mode_t kAnyWrite = S_IWUSR | S_IWGRP | S_IWOTH;
 constexpr mode_t kNewFile = S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
 constexpr off_t kPage = 4096;  // the smallest there is; larger ones are multiples
-constexpr int kFlags = O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
+constexpr int kFlags = O_NOCTTY | O_NONBLOCK;
 
 // Looked at as bits: a process with all rights could write there, and is not meant to.
 bool folderIsWritable(const std::string& path) {
@@ -30,15 +30,14 @@ bool folderIsWritable(const std::string& path) {
 
 // A rotation copies, and then deletes what it copied; a read-only file resists the second step.
 void copyAside(const std::string& path) {
-  const Descriptor file(::open(path.c_str(), O_RDONLY | kFlags));
+  const Descriptor file = openFile(path, O_RDONLY | kFlags);
   struct stat status {};
   std::string content;
   if (!file || ::fstat(file.get(), &status) != 0 ||
       !readWhole(file.get(), static_cast<std::size_t>(status.st_size), content))
     return;
-  const auto failed = changeFile(path + ".old", status.st_mode & 0777, [&](std::string_view) {
-    return std::optional(std::move(content));
-  });
+  const auto failed = changeFile(path + ".old", status.st_mode & 0777,
+                                 [&](std::string_view) { return std::optional(content); });
   if (failed) return;  // then there is no copy, which is all that it means
 }
 
@@ -59,18 +58,15 @@ bool rotate(int fd, const std::string& path, std::int64_t limit) {
 }
 
 Descriptor openForAppend(const std::string& path) {
-  Descriptor file(::open(path.c_str(), O_WRONLY | O_APPEND | kFlags));
+  Descriptor file = openFile(path, O_WRONLY | O_APPEND | kFlags);
   if (!file && errno == ENOENT && folderIsWritable(path))
-    file = Descriptor(::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | kFlags, kNewFile));
+    file = openFile(path, O_WRONLY | O_APPEND | O_CREAT | kFlags, kNewFile);
   return file;
 }
 
 // A record that the disk took only in part is taken back, if nobody has added behind it.
 bool writeRecord(int fd, std::string_view record) {
-  ssize_t put = 0;
-  do {
-    put = ::write(fd, record.data(), record.size());
-  } while (put < 0 && errno == EINTR);
+  const ssize_t put = retried([&] { return ::write(fd, record.data(), record.size()); });
   if (put == static_cast<ssize_t>(record.size())) return true;
   if (put <= 0) return false;
   const FileLock lock(fd);
@@ -89,8 +85,7 @@ void endTornRecord(int fd, off_t size) {
   struct stat status {};
   if (!lock.holds() || ::futimens(fd, nullptr) != 0 || ::fstat(fd, &status) != 0) return;
   if (status.st_size != size) return;
-  const Descriptor again(
-      ::open(("/proc/self/fd/" + std::to_string(fd)).c_str(), O_RDONLY | kFlags));
+  const Descriptor again = openFile("/proc/self/fd/" + std::to_string(fd), O_RDONLY | kFlags);
   char last = '\n';
   if (again && ::pread(again.get(), &last, 1, size - 1) == 1 && last != '\n')
     writeRecord(fd, "\r\n");
@@ -102,7 +97,7 @@ void rotateOnly(const std::string& path, std::int64_t limit) {
     return;
   if ((status.st_mode & kAnyWrite) == 0) {
     copyAside(path);
-  } else if (const Descriptor file(::open(path.c_str(), O_RDONLY | kFlags)); file) {
+  } else if (const Descriptor file = openFile(path, O_RDONLY | kFlags); file) {
     rotate(file.get(), path, limit);
   }
 }

@@ -30,7 +30,7 @@ FileStamp stampOf(const struct stat& status) noexcept {
 }
 
 std::unique_ptr<FileReading> readSettled(const std::string& path) {
-  const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
+  const Descriptor file = openFile(path, O_RDONLY | O_NOCTTY | O_NONBLOCK);
   struct stat status {};
   if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return nullptr;
   auto reading = std::make_unique<FileReading>();

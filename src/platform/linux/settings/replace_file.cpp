@@ -5,6 +5,7 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdio>
@@ -26,16 +27,18 @@ std::string folderOf(const std::string& path) {
   return slash == 0 ? "/" : path.substr(0, slash);
 }
 
-// The file that a chain of symbolic links names, whether it is there or not.
-std::string withoutLinks(std::string path) {
+// The file that a chain of symbolic links names, whether it is there or not; nothing, and errno
+// set, where that cannot be found out: a link must not be taken for a file.
+std::optional<std::string> withoutLinks(std::string path) {
   std::array<char, 4096> target;
   for (int depth = 0; depth < 40; ++depth) {
     const ssize_t length = ::readlink(path.c_str(), target.data(), target.size());
-    if (length <= 0) break;
+    if (length < 0) return errno == EINVAL || errno == ENOENT ? std::optional(path) : std::nullopt;
     const std::string_view next(target.data(), static_cast<std::size_t>(length));
-    path = next.front() == '/' ? std::string(next) : folderOf(path) + "/" + std::string(next);
+    path = next.starts_with('/') ? std::string(next) : folderOf(path) + "/" + std::string(next);
   }
-  return path;
+  errno = ELOOP;
+  return std::nullopt;
 }
 
 // A file that disappears with the object unless it was renamed away.
@@ -43,7 +46,7 @@ class Beside {
  public:
   Beside(std::string path, mode_t mode)
       : path_(std::move(path)),
-        fd_(::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode)) {}
+        fd_(openFile(path_, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, mode)) {}
   Beside(const Beside&) = delete;
   Beside& operator=(const Beside&) = delete;
   ~Beside() {
@@ -65,7 +68,27 @@ class Beside {
   bool renamed_ = false;
 };
 
-// False where an attribute would be lost that this process could have set.
+// Whether an attribute that could not be read or set is none of this process's to keep.
+bool isOutOfReach(int error) {
+  return error == ENODATA || error == EACCES || error == EPERM || error == ENOTSUP;
+}
+
+// Nothing, and errno set, where it cannot be read.
+std::optional<std::vector<char>> attributeOf(int fd, const char* name) {
+  std::vector<char> value;
+  for (;;) {
+    const ssize_t size = ::fgetxattr(fd, name, nullptr, 0);
+    if (size < 0) return std::nullopt;
+    value.resize(static_cast<std::size_t>(size));
+    const ssize_t got = ::fgetxattr(fd, name, value.data(), value.size());
+    if (got < 0 && errno == ERANGE) continue;  // it has grown
+    if (got < 0) return std::nullopt;
+    value.resize(std::min(value.size(), static_cast<std::size_t>(got)));
+    return value;
+  }
+}
+
+// False, and errno set, where an attribute would be lost that this process could have set.
 bool copyAttributes(int from, int to) {
   const ssize_t length = ::flistxattr(from, nullptr, 0);
   if (length <= 0) return length == 0 || errno == ENOTSUP;
@@ -74,14 +97,9 @@ bool copyAttributes(int from, int to) {
   if (listed < 0) return false;
   const std::string_view all(names.data(), static_cast<std::size_t>(listed));
   for (std::size_t at = 0; at < all.size(); at += std::char_traits<char>::length(&all[at]) + 1) {
-    const ssize_t size = ::fgetxattr(from, &all[at], nullptr, 0);
-    if (size < 0) continue;
-    std::vector<char> value(static_cast<std::size_t>(size));
-    const ssize_t got = ::fgetxattr(from, &all[at], value.data(), value.size());
-    if (got < 0) continue;
-    if (::fsetxattr(to, &all[at], value.data(), static_cast<std::size_t>(got), 0) != 0 &&
-        errno != EPERM && errno != EACCES && errno != ENOTSUP)
-      return false;
+    const auto value = attributeOf(from, &all[at]);
+    const bool kept = value && ::fsetxattr(to, &all[at], value->data(), value->size(), 0) == 0;
+    if (!kept && !isOutOfReach(errno)) return false;
   }
   return true;
 }
@@ -96,25 +114,33 @@ bool keepOwnerAndMode(const struct stat& before, int to) {
   return mode == (now.st_mode & 07777) || ::fchmod(to, mode) == 0;
 }
 
-// The one way left where the folder is closed to us. Space is asked for first: a full disk must not
-// leave a file that is half old and half new.
-std::error_code overwrite(int fd, const struct stat& before, std::string_view content) {
-  const auto size = static_cast<off_t>(content.size());
-  if (size > before.st_size && ::fallocate(fd, 0, 0, size) != 0 && errno != EOPNOTSUPP) {
-    const int why = errno;
-    if (::ftruncate(fd, before.st_size) != 0) return hostError(errno);
-    return hostError(why);
-  }
-  if (::lseek(fd, 0, SEEK_SET) != 0 || !writeWhole(fd, content) || ::ftruncate(fd, size) != 0)
-    return hostError(errno);
-  return {};
+bool resize(int fd, std::size_t size) {
+  return retried([&] { return ::ftruncate(fd, static_cast<off_t>(size)); }) == 0;
 }
 
-std::error_code replace(const std::string& target, int old, const struct stat& before,
-                        std::string_view content) {
+bool put(int fd, std::string_view content) {
+  return ::lseek(fd, 0, SEEK_SET) == 0 && writeWhole(fd, content) && resize(fd, content.size());
+}
+
+// The one way left where the folder is closed to us. Space is asked for first: a full disk must not
+// leave a file that is half old and half new.
+std::error_code overwrite(int fd, std::string_view before, std::string_view content) {
+  const auto size = static_cast<off_t>(content.size());
+  const bool room = content.size() <= before.size() ||
+                    retried([&] { return ::fallocate(fd, 0, 0, size); }) == 0 ||
+                    errno == EOPNOTSUPP;
+  if (room && put(fd, content)) return {};
+  const int why = errno;
+  [[maybe_unused]] const bool asItWas =  // as far as the disk still takes it
+      room ? put(fd, before) : resize(fd, before.size());
+  return hostError(why);
+}
+
+std::error_code replace(const std::string& target, int old, const struct stat& status,
+                        std::string_view before, std::string_view content) {
   // Whoever holds the old file's lock is alone with this name, so one that is there was left by a
   // process that is gone.
-  const std::string name = folderOf(target) + "/." + std::to_string(before.st_ino) + ".veltgeneral";
+  const std::string name = folderOf(target) + "/." + std::to_string(status.st_ino) + ".veltgeneral";
   ::unlink(name.c_str());
   Beside beside(name, 0600);
   if (!beside) {
@@ -123,7 +149,7 @@ std::error_code replace(const std::string& target, int old, const struct stat& b
     return hostError(errno);
   }
   if (!writeWhole(beside.fd(), content)) return hostError(errno);
-  if (!keepOwnerAndMode(before, beside.fd())) return overwrite(old, before, content);
+  if (!keepOwnerAndMode(status, beside.fd())) return overwrite(old, before, content);
   if (!copyAttributes(old, beside.fd())) return hostError(errno);
   if (beside.renameTo(target, 0)) return {};
   if (errno == EACCES || errno == EPERM) return overwrite(old, before, content);
@@ -133,7 +159,7 @@ std::error_code replace(const std::string& target, int old, const struct stat& b
 // Creation by a second name: it fails where another process was faster, and a process killed before
 // it leaves nothing at all.
 int linkNameless(const std::string& target, mode_t mode, std::string_view content) {
-  const Descriptor fd(::open(folderOf(target).c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, mode));
+  const Descriptor fd = openFile(folderOf(target), O_TMPFILE | O_WRONLY, mode);
   if (!fd) return errno;
   if (!writeWhole(fd.get(), content)) return errno;
   const std::string self = "/proc/self/fd/" + std::to_string(fd.get());
@@ -165,12 +191,14 @@ bool sameFile(const struct stat& one, const struct stat& other) {
 }  // namespace
 
 std::error_code changeFile(const std::string& path, mode_t newFileMode, const Edit& edit) {
-  const std::string target = withoutLinks(path);
+  const auto named = withoutLinks(path);
+  if (!named) return hostError(errno);
+  const std::string& target = *named;
   struct stat folder {};
   if (::stat(folderOf(target).c_str(), &folder) != 0) return hostError(errno);
   if ((folder.st_mode & kAnyWrite) == 0) return hostError(EACCES);
   for (;;) {
-    const Descriptor file(::open(target.c_str(), O_RDWR | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
+    const Descriptor file = openFile(target, O_RDWR | O_NOCTTY | O_NONBLOCK);
     if (!file && errno != ENOENT) return hostError(errno);
     if (!file) {
       const auto content = edit({});
@@ -180,18 +208,20 @@ std::error_code changeFile(const std::string& path, mode_t newFileMode, const Ed
       return result == 0 ? std::error_code{} : hostError(result);
     }
     const FileLock lock(file.get());
-    struct stat before {};
-    struct stat named {};
-    if (!lock.holds() || ::fstat(file.get(), &before) != 0) return hostError(errno);
+    struct stat ours {};
+    struct stat there {};
+    if (!lock.holds() || ::fstat(file.get(), &ours) != 0) return hostError(errno);
     // Another process may have put a new file here while this one waited.
-    if (::stat(target.c_str(), &named) != 0 || !sameFile(before, named)) continue;
-    if (!S_ISREG(before.st_mode)) return hostError(EINVAL);
-    if ((before.st_mode & kAnyWrite) == 0) return hostError(EACCES);
-    std::string content;
-    if (!readWhole(file.get(), static_cast<std::size_t>(before.st_size), content))
+    const bool gone = ::stat(target.c_str(), &there) != 0;
+    if (gone && errno != ENOENT) return hostError(errno);
+    if (gone || !sameFile(ours, there)) continue;
+    if (!S_ISREG(ours.st_mode)) return hostError(EINVAL);
+    if ((ours.st_mode & kAnyWrite) == 0) return hostError(EACCES);
+    std::string before;
+    if (!readWhole(file.get(), static_cast<std::size_t>(ours.st_size), before))
       return hostError(errno);
-    const auto after = edit(content);
-    return after ? replace(target, file.get(), before, *after) : std::error_code{};
+    const auto after = edit(before);
+    return after ? replace(target, file.get(), ours, before, *after) : std::error_code{};
   }
 }
 

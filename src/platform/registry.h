@@ -78,7 +78,7 @@ class VELTGENERAL_API RegistryKey {
   std::uint32_t node_;
 };
 
-// What changes throw; the registry is then as it was. `line` counts from 1 in a text that was
+// What changes throw; the hive is then as it was. `line` counts from 1 in a text that was
 // imported and is 0 otherwise. what() says the reason and the hive's file, not the line.
 class VELTGENERAL_API RegistryError : public std::runtime_error {
  public:
@@ -93,7 +93,7 @@ class VELTGENERAL_API RegistryError : public std::runtime_error {
 // Creates the key where needed.
 VELTGENERAL_API void setRegistryValue(RegistryRoot root, TextView path, TextView name,
                                       const RegistryValue& value, const NarrowPage& page);
-// False where there was none.
+// False where there was none; a hive that cannot be read is an error.
 VELTGENERAL_API bool removeRegistryValue(RegistryRoot root, TextView path, TextView name,
                                          const NarrowPage& page);
 // With its sub-keys. False where there was none; a root itself is never removed.
@@ -104,10 +104,11 @@ bool writeRegistryText(RegistryRoot root, TextView path, TextView name, TextView
                        const NarrowPage& page) noexcept;
 
 // Takes over a whole `.reg` text (version 5 or REGEDIT4, UTF-8, UTF-16LE with its mark, or the code
-// page), deletions included. A malformed text changes nothing.
+// page), deletions included. A malformed text changes nothing; where the user's hive cannot be
+// changed, the machine's already is.
 VELTGENERAL_API void importRegistry(std::string_view text, const NarrowPage& page);
 // A key with all below it as version 5 text, in UTF-16LE with a mark (as other systems expect it)
-// or in UTF-8. Nothing where there is no such key.
+// or in UTF-8. Nothing where there is no such key, or where its hive cannot be read.
 VELTGENERAL_API std::optional<std::string> exportRegistry(RegistryRoot root, TextView path,
                                                           bool utf16, const NarrowPage& page);
 

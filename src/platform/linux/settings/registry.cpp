@@ -88,19 +88,30 @@ std::string keyText(RegistryRoot root, TextView path) {
   return inner;
 }
 
-void apply(const std::string& file, const std::vector<RegChange>& changes, const NarrowPage& page) {
-  if (changes.empty()) return;
+bool removes(const RegChange& change) {
+  return change.kind == RegChange::Kind::removeKey || change.kind == RegChange::Kind::removeValue;
+}
+
+// False where everything was so already.
+bool apply(const std::string& file, const std::vector<RegChange>& changes, const NarrowPage& page) {
+  if (changes.empty()) return false;
+  const bool onlyRemoves = std::ranges::all_of(changes, removes);
   const auto folder = file.substr(0, file.rfind('/'));
-  makePrivateFolder(folder);  // where that failed, the change tells why
+  if (!onlyRemoves) makePrivateFolder(folder);  // where that failed, the change tells why
+  bool changed = false;
   const auto failed = changeFile(file, S_IRUSR | S_IWUSR,
                                  [&](std::string_view before) -> std::optional<std::string> {
                                    RegText text = decodeReg(before, page);
                                    text.inner = editReg(text.inner, changes, page);
                                    std::string after = encodeReg(text, page);
-                                   if (after == before) return std::nullopt;
+                                   changed = after != before && !(onlyRemoves && before.empty());
+                                   if (!changed) return std::nullopt;
                                    return after;
                                  });
+  // What is not there has nothing to remove.
+  if (onlyRemoves && failed == std::errc::no_such_file_or_directory) return false;
   if (failed) throw RegistryError(file + ": " + failed.message());
+  return changed;
 }
 
 bool knownRoot(std::string_view path) {
@@ -200,13 +211,14 @@ std::optional<RegistryKey> RegistryKey::open(RegistryRoot root, TextView path,
   if (!recent.is(root, path)) {
     const Text whole = wholePath(root, path);
     if (whole.empty()) return std::nullopt;
-    recent = {.root = root,
-              .path = Text(path),
-              .folder = environment(kFolderVariable),
-              .file = registryFile(root),
-              .hive = {}};
-    recent.hive = hive(recent.file, page);
-    if (recent.hive.parsed) recent.node = recent.hive.parsed->find(whole);
+    RecentKey key{.root = root,
+                  .path = Text(path),
+                  .folder = environment(kFolderVariable),
+                  .file = registryFile(root),
+                  .hive = {}};
+    key.hive = hive(key.file, page);
+    if (key.hive.parsed) key.node = key.hive.parsed->find(whole);
+    recent = std::move(key);  // whole, or not at all
   }
   if (!recent.hive.parsed || recent.node == RegistryFile::kNone) return std::nullopt;
   return RegistryKey(recent.hive.parsed, recent.node);
@@ -227,19 +239,26 @@ void setRegistryValue(RegistryRoot root, TextView path, TextView name, const Reg
 }
 
 bool removeRegistryValue(RegistryRoot root, TextView path, TextView name, const NarrowPage& page) {
-  const auto key = RegistryKey::open(root, path, page);
-  if (!key || !key->query(name)) return false;
-  apply(registryFile(root),
-        {{RegChange::Kind::removeValue, keyText(root, path), lineText(name, true), {}}}, page);
-  return true;
+  const Text whole = wholePath(root, path);
+  if (whole.empty()) return false;
+  const std::string file = registryFile(root);
+  // Where the hive cannot be read, the change finds out whether there is one.
+  if (const auto known = hive(file, page).parsed) {
+    const std::uint32_t node = known->find(whole);
+    if (node == RegistryFile::kNone || !known->query(node, name)) return false;
+  }
+  return apply(
+      file, {{RegChange::Kind::removeValue, keyText(root, path), lineText(name, true), {}}}, page);
 }
 
 bool removeRegistryKey(RegistryRoot root, TextView path, const NarrowPage& page) {
   const std::string key = keyText(root, path);
   const bool isRoot = path.find_first_not_of(u'\\') == TextView::npos;
-  if (isRoot || !RegistryKey::open(root, path, page)) return false;
-  apply(registryFile(root), {{RegChange::Kind::removeKey, key, {}, {}}}, page);
-  return true;
+  if (isRoot) return false;
+  const std::string file = registryFile(root);
+  const auto known = hive(file, page).parsed;
+  if (known && known->find(wholePath(root, path)) == RegistryFile::kNone) return false;
+  return apply(file, {{RegChange::Kind::removeKey, key, {}, {}}}, page);
 }
 
 bool writeRegistryText(RegistryRoot root, TextView path, TextView name, TextView value,

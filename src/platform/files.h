@@ -61,12 +61,13 @@ enum FileAttribute : std::int32_t {
   kArchive = 32,
 };
 
-// The attributes of a regular file; nothing for a path that is none. Read-only is the absence of
+// The attributes of a regular file; nothing where there is none. Read-only is the absence of
 // every write permission bit, whatever the rights of the process. A leading dot is hidden.
 std::optional<std::int32_t> fileAttributes(const std::string& path);
 
 // Gives a regular file exactly these attributes; throws RuntimeError 5 for bits that are none of
-// them. On a file system that keeps no extended attributes only read-only is kept.
+// them. On a file system that keeps no extended attributes only read-only is kept. A file that was
+// read-only is so after a failure.
 void setFileAttributes(const std::string& path, std::int32_t attributes);
 
 // Calls `found` with the name of every regular file in `folder`. A folder that is

@@ -8,6 +8,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "platform/linux/host_error.h"
+
 namespace veltgeneral::platform {
 namespace {
 
@@ -22,25 +24,34 @@ enum Field : std::uint32_t {
   kCreationTime = 16,
 };
 
-// `get` fills a buffer as getxattr does.
+// `get` fills a buffer as getxattr does. errno is 0 where it succeeded.
 template <class Get>
 DosAttributes readWith(Get&& get) {
   std::string bytes(kUsual, '\0');
+  errno = 0;
   ssize_t got = get(bytes);
   if (got < 0 && errno == ERANGE) {
     bytes.resize(kGreatest);
+    errno = 0;
     got = get(bytes);
   }
   bytes.resize(got > 0 ? static_cast<std::size_t>(got) : 0);
   return DosAttributes(std::move(bytes));
 }
 
+bool meansNone(int error) {
+  return error == ENODATA || error == ENOTSUP || error == EACCES || error == EPERM ||
+         error == ENOENT;
+}
+
 }  // namespace
 
 DosAttributes readDosAttributes(const std::string& path) {
-  return readWith([&](std::string& bytes) {
+  DosAttributes read = readWith([&](std::string& bytes) {
     return getxattr(path.c_str(), kDosAttributes, bytes.data(), bytes.size());
   });
+  if (errno != 0 && !meansNone(errno)) failWith(errno, path);
+  return read;
 }
 
 DosAttributes readDosAttributes(int descriptor) {

@@ -38,7 +38,8 @@ class DosAttributes {
 };
 
 // The value as the host has it. Nothing there, no such facility or no right to look are all the
-// same: an empty one.
+// same: an empty one. Where the host fails otherwise the first throws a RuntimeError and the second
+// has an empty value too.
 DosAttributes readDosAttributes(const std::string& path);
 DosAttributes readDosAttributes(int descriptor);
 

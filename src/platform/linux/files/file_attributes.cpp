@@ -51,7 +51,9 @@ FileHandle FileHandle::openForChange(const std::string& path) {
 
 std::optional<std::int32_t> fileAttributes(const std::string& path) {
   struct stat info {};
-  if (stat(path.c_str(), &info) != 0 || !S_ISREG(info.st_mode)) return std::nullopt;
+  const bool found = stat(path.c_str(), &info) == 0;
+  if (!found && errno != ENOENT && errno != ENOTDIR) failWith(errno, path);
+  if (!found || !S_ISREG(info.st_mode)) return std::nullopt;
   auto attributes = static_cast<std::int32_t>(readDosAttributes(path).bits() & kKeptOutside);
   if ((info.st_mode & kWriteBits) == 0) attributes |= kReadOnly;
   if (leadingDot(path)) attributes |= kHidden;
@@ -67,7 +69,13 @@ void setFileAttributes(const std::string& path, std::int32_t attributes) {
   const mode_t writable = (mode & kWriteBits) != 0 ? mode : mode | S_IWUSR;
   // The extended attribute can only be written while the file can.
   changeMode(path, mode, writable);
-  store(path, attributes & static_cast<std::int32_t>(kKeptOutside));
+  try {
+    store(path, attributes & static_cast<std::int32_t>(kKeptOutside));
+  } catch (...) {
+    // A read-only file stays one. What stopped the first change is what counts.
+    if (mode != writable) static_cast<void>(chmod(path.c_str(), mode));
+    throw;
+  }
   if ((attributes & kReadOnly) != 0) changeMode(path, writable, writable & ~kWriteBits);
 }
 

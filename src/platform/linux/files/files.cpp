@@ -9,17 +9,15 @@
 #include <memory>
 #include <utility>
 
+#include "platform/linux/files/descriptor.h"
 #include "platform/linux/host_error.h"
 
 namespace veltgeneral::platform {
 namespace {
 
-// One system call, again when a signal interrupted it.
-template <class Call>
-auto retried(Call&& call) {
-  auto result = call();
-  while (result == -1 && errno == EINTR) result = call();
-  return result;
+// A link whose target is gone or out of reach, or a file that was removed meanwhile.
+bool leadsNowhere(int error) {
+  return error == ENOENT || error == ENOTDIR || error == ELOOP || error == EACCES;
 }
 
 }  // namespace
@@ -107,7 +105,9 @@ void listFiles(const std::string& folder,
     bool regular = entry->d_type == DT_REG;
     if (entry->d_type == DT_UNKNOWN || entry->d_type == DT_LNK) {
       struct stat info {};
-      regular = fstatat(parent, entry->d_name, &info, 0) == 0 && S_ISREG(info.st_mode);
+      const bool there = fstatat(parent, entry->d_name, &info, 0) == 0;
+      if (!there && !leadsNowhere(errno)) failWith(errno, folder);
+      regular = there && S_ISREG(info.st_mode);
     }
     if (regular) found(entry->d_name);
   }

@@ -162,12 +162,9 @@ class Cache {
 
  private:
   const Locale& keep(const std::string& key, Locale locale) {
-    const auto [at, added] = known_.try_emplace(key);
-    if (added) {
-      deriveMonthLetters(locale);
-      at->second = std::make_unique<const Locale>(std::move(locale));
-    }
-    return *at->second;
+    deriveMonthLetters(locale);
+    auto made = std::make_unique<const Locale>(std::move(locale));
+    return *known_.try_emplace(key, std::move(made)).first->second;
   }
 
   std::mutex mutex_;

@@ -4,12 +4,11 @@
 #include <curl/curl.h>
 
 #include <algorithm>
+#include <map>
 #include <memory>
 #include <mutex>
-#include <unordered_map>
 #include <utility>
 #include <variant>
-#include <vector>
 
 #include "platform/internet.h"
 #include "platform/linux/http/request_text.h"
@@ -21,6 +20,7 @@ namespace {
 using SessionRef = std::shared_ptr<Session>;
 using UrlRef = std::shared_ptr<OpenUrl>;
 using Entry = std::variant<SessionRef, UrlRef>;
+using Entries = std::map<std::int32_t, Entry>;
 
 class HandleTable {
  public:
@@ -45,9 +45,9 @@ class HandleTable {
     return ref != nullptr ? *ref : nullptr;
   }
 
-  // Takes out the handle and what depends on it.
-  std::vector<Entry> remove(std::int32_t handle) {
-    std::vector<Entry> out;
+  // Takes out the handle and what depends on it, without asking for memory: closing must not fail.
+  Entries remove(std::int32_t handle) {
+    Entries out;
     const std::lock_guard lock(lock_);
     const auto found = entries_.find(handle);
     if (found == entries_.end()) return out;
@@ -57,17 +57,12 @@ class HandleTable {
         const UrlRef* url = std::get_if<UrlRef>(&other.second);
         return url != nullptr && (*url)->session() == session->get();
       };
-      for (auto it = entries_.begin(); it != entries_.end();) {
-        if (!isOfSession(*it)) {
-          ++it;
-          continue;
-        }
-        out.push_back(std::move(it->second));
-        it = entries_.erase(it);
+      for (auto next = entries_.begin(); next != entries_.end();) {
+        const auto entry = next++;
+        if (isOfSession(*entry)) out.insert(entries_.extract(entry));
       }
     }
-    out.push_back(std::move(found->second));
-    entries_.erase(found);
+    out.insert(entries_.extract(found));
     return out;
   }
 
@@ -83,7 +78,7 @@ class HandleTable {
   }
 
   mutable std::mutex lock_;
-  std::unordered_map<std::int32_t, Entry> entries_;
+  Entries entries_;
   std::uint32_t counter_ = 0;
 };
 
@@ -133,8 +128,8 @@ class CurlInternet final : public Internet {
   bool close(std::int32_t handle) noexcept override {
     return orElse(false, [&] {
       // Released outside the table's lock: that may take its time.
-      const std::vector<Entry> closed = table_.remove(handle);
-      for (const Entry& entry : closed) {
+      const Entries closed = table_.remove(handle);
+      for (const auto& [number, entry] : closed) {
         if (const UrlRef* url = std::get_if<UrlRef>(&entry)) (*url)->transfer().stop();
       }
       return !closed.empty();

@@ -39,8 +39,13 @@ std::FILE* openBeside(const std::string& path, std::string& workPath) {
     workPath = folder / (".veltgeneral-" + std::to_string(::getpid()) + "-" +
                          std::to_string(counter.fetch_add(1)) + ".pdf");
     const int descriptor = ::open(workPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (descriptor >= 0) return ::fdopen(descriptor, "wb");
-    if (errno != EEXIST) throw Error::ofSystem(errno);
+    if (descriptor < 0 && errno != EEXIST && errno != EINTR) throw Error::ofSystem(errno);
+    if (descriptor < 0) continue;
+    if (std::FILE* const file = ::fdopen(descriptor, "wb")) return file;
+    const int why = errno;
+    ::close(descriptor);
+    ::unlink(workPath.c_str());
+    throw Error::ofSystem(why);
   }
 }
 

@@ -33,7 +33,7 @@ bool CommandFile::next(std::string_view& line) {
 }
 
 void CommandFile::rewind() {
-  std::rewind(file_.get());
+  if (std::fseek(file_.get(), 0, SEEK_SET) != 0) throw drawing::Error::ofSystem(errno);
   lineNumber_ = 0;
 }
 

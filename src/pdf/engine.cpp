@@ -52,11 +52,15 @@ class Generation {
     return named(Outcome::unreadable, kReading, commandPath_, [&] { return commands_.next(line); });
   }
 
+  void rewind() {
+    named(Outcome::unreadable, kReading, commandPath_, [&] { commands_.rewind(); });
+  }
+
   bool mentionsPageCount() {
     std::string_view line;
     bool found = false;
     while (!found && nextLine(line)) found = line.find("{pages}") != std::string_view::npos;
-    commands_.rewind();
+    rewind();
     return found;
   }
 
@@ -65,7 +69,7 @@ class Generation {
     std::string_view line;
     while (nextLine(line))
       if (const auto command = parse(line)) document.execute(*command, commands_.lineNumber());
-    commands_.rewind();
+    rewind();
     return document.finish();
   }
 

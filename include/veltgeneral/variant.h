@@ -76,4 +76,9 @@ enum class Kind : std::uint8_t {
 
 inline Kind kindOf(const Variant& value) noexcept { return static_cast<Kind>(value.index()); }
 
+// The value as automation writes it: numbers and dates as the user's locale has them, a boolean as
+// "True" or "False", an empty value as the empty text. Throws RuntimeError 94 for null, 13 for
+// missing, bytes, an array or an object.
+VELTGENERAL_API Text toText(const Variant& value);
+
 }  // namespace veltgeneral

@@ -41,7 +41,7 @@ Currency toCurrency(const Variant& value);
 Decimal toDecimal(const Variant& value);
 Date toDate(const Variant& value);
 bool toBoolean(const Variant& value);
-Text toText(const Variant& value);
+// toText(const Variant&) is variant.h's.
 
 std::int16_t toInt16(double value);
 std::int32_t toInt32(double value);

@@ -200,9 +200,12 @@ TEST_F(Sort, RefusalsDrawAndExchangeAsFarAsTheSchemeGets) {
 
 TEST_F(Sort, AHookThatThrowsEndsItWithItsError) {
   TextArray array = TextArray::of({u"c", u"b", u"a", u"d"});
-  setHostEvents([](void*) { throw RuntimeError(1000, u"enough"); }, nullptr);
-  EXPECT_EQ(fields(Funzioni().quickSortArray(array, 1, 4, 1, 1, true)),
-            failure(1000, "enough", "quickSortArray", "Funzioni"));
+  {
+    const ScopedHostEvents events([] { throw RuntimeError(1000, u"enough"); });
+    EXPECT_EQ(fields(Funzioni().quickSortArray(array, 1, 4, 1, 1, true)),
+              failure(1000, "enough", "quickSortArray", "Funzioni"));
+  }
+  EXPECT_TRUE(Funzioni().quickSortArray(array, 1, 4, 1, 1, true).isSuccess());
 }
 
 }  // namespace

@@ -1,144 +1,115 @@
 // What comes in: semicolon tables in the code page, records of a fixed length, and a table from a
 // server. Orders that cannot be right are refused, and the log says why.
+#include <unistd.h>
 #include <veltgeneral/c_ini_file.h>
-#include <veltgeneral/file_utility.h>
 #include <veltgeneral/funzioni.h>
+#include <veltgeneral/host_events.h>
 #include <veltgeneral/velt_inet.h>
 
-#include <stdexcept>
+#include <cmath>
+#include <cstdio>
 
 #include "office.h"
 
-using namespace veltgeneral;
-
-namespace {
-
-// The fields of orders.csv.
-enum Field : std::int32_t {
-  kNumber = 1,
-  kPlaced,
-  kCustomer,
-  kArticle,
-  kPieces,
-  kPrice,
-  kUrgent,
-  kDeliver,
-  kNote
-};
-
-// Cells are addressed as (field, row); a blank line is a row of empty cells.
-TextArray load(const Text& file, std::int32_t fields) {
-  TextArray table;
-  std::int32_t lines = 0;
-  check(FileUtility().getArrayFromCsvFile(file, table, fields, lines));
-  return table;
-}
-
-// The rows below the heading that are not blank.
-std::vector<std::int32_t> rowsOf(const TextArray& table) {
-  std::vector<std::int32_t> rows;
-  for (std::int32_t row = 2; row <= table.bounds(2).upper; ++row)
-    if (!table.at(1, row).empty()) rows.push_back(row);
-  return rows;
-}
-
-// A warning goes to the office's own log and, from trace level 2 on, to the common one.
-void refuse(Office& office, std::int32_t number, const Text& why) {
-  ErrInfo refusal(number, why, eiWARNINGTYPE, u"readOrders", Text(u"Orders"), Text(u"OFFICE"));
-  check(refusal.writeLog(office.out("log/office.log")));
-  ++office.refused;
-}
-
-}  // namespace
-
-// The checked-in orders over and over under new numbers: a large input of the same shape.
-void generateOrders(Office& office, std::int32_t rows) {
-  Step step("generate orders");
-  const TextArray source = load(office.ordersFile, kNote);
-  const std::vector<std::int32_t> from = rowsOf(source);
-  TextArray orders(Bounds{1, kNote}, Bounds{1, rows + 1});
-  for (std::int32_t row = 1; row <= rows + 1; ++row) {
-    const std::int64_t count = row - 1;  // 0 is the heading
-    const std::int32_t sourceRow = count == 0 ? 1 : from[(count - 1) % from.size()];
-    for (std::int32_t field = 1; field <= kNote; ++field)
-      orders.set(field, row, source.at(field, sourceRow));
-    if (count == 0) continue;
-    orders.set(kNumber, row, digits(200000 + count));
-    orders.set(kPieces, row, digits(count * 7919 % 40 + 1));
-  }
-  office.ordersFile = office.out("orders.csv");
-  check(FileUtility().writeCsvFileFromArray(office.ordersFile, orders, rows + 1, kNote));
-  step.done(static_cast<std::size_t>(rows), "rows");
-}
-
-void readCustomers(Office& office) {
-  Step step("read customers");
-  const TextArray table = load(office.in("customers.csv"), 6);
-  for (const std::int32_t row : rowsOf(table)) {
-    const auto cell = [&](std::int32_t field) { return Text(table.at(field, row)); };
-    office.customers.push_back({cell(1), cell(2), cell(3), cell(4), cell(5), cell(6)});
-  }
-  step.done(office.customers.size(), "rows");
+Done readCustomers(Office& office) {
+  eachRow<6>(office.in(u"customers.csv"), [&](const auto& cells) {
+    const auto& [code, name, street, town, country, currency] = cells;
+    office.customers[code] = {name, street, town, country, currency};
+  });
+  return {office.customers.size(), "rows"};
 }
 
 // Records of 25 characters: country 2, name 16, price in cents 7.
-void readCarriers(Office& office) {
-  Step step("read carriers");
+Done readCarriers(Office& office) {
   TextArray records(Bounds{1, 100});
   std::int16_t count = 100;
-  check(FileUtility().ooReadFile(office.in("carriers.txt"), 25, 1, count, records));
+  check(FileUtility().ooReadFile(office.in(u"carriers.txt"), 25, 1, count, records));
   for (std::int32_t i = 1; i <= count; ++i) {
     const TextView record = records.at(i);
-    office.carriers[Text(record.substr(0, 2))] = {Text(record.substr(2, 16)),
-                                                  cInifile().CLngDefault(record.substr(18))};
+    office.carriage[Text(record.substr(0, 2))] = cInifile().CLngDefault(record.substr(18));
   }
-  step.done(office.carriers.size(), "records");
+  return {office.carriage.size(), "records"};
 }
 
-void fetchRates(Office& office, const std::string& url) {
-  Step step("fetch rates");
+Done fetchRates(Office& office) {
   VeltInet inet;
   std::int32_t session = 0, page = 0;
-  Text address = fromUtf8(url), body;
+  Text body;
   check(inet.IOpenExtended(session));  // without proxies: the server is our own
-  check(inet.IOpenUrl(session, address, page));
+  check(inet.IOpenUrl(session, office.ratesUrl, page));
   check(inet.IReadFile(page, body));
   inet.IClose(page);
   inet.IClose(session);
+  const std::string url = toUtf8(office.ratesUrl);
   // A page that says "not found" has a body too.
   if (!body.starts_with(u"currency;")) throw std::runtime_error(url + " has no rates");
-
-  check(FileUtility().writeFile(office.out("rates.csv"), 0, body));
-  const TextArray table = load(office.out("rates.csv"), 2);
-  for (const std::int32_t row : rowsOf(table))
-    office.rates[Text(table.at(1, row))] = Funzioni().getNumberFromXml(Text(table.at(2, row)));
-  step.done(office.rates.size(), "rates", url);
+  check(FileUtility().writeFile(office.out(u"rates.csv"), 0, body));
+  eachRow<2>(office.out(u"rates.csv"), [&](const auto& cells) {
+    office.rates[cells[0]] = Funzioni().getNumberFromXml(cells[1]);
+  });
+  return {office.rates.size(), "rates", url};
 }
 
-void readOrders(Office& office) {
-  Step step("read orders");
-  const TextArray table = load(office.ordersFile, kNote);
-  const std::vector<std::int32_t> rows = rowsOf(table);
-  std::map<TextView, std::size_t> customers;
-  for (std::size_t i = 0; i < office.customers.size(); ++i) customers[office.customers[i].code] = i;
+Done readOrders(Office& office) {
   const Funzioni funzioni;
-  for (const std::int32_t row : rows) {
-    const auto cell = [&](Field field) { return Text(table.at(field, row)); };
-    const Text placed = cell(kPlaced), deliver = cell(kDeliver);
-    const auto customer = customers.find(table.at(kCustomer, row));
-    Text what = u"order " + cell(kNumber);
-    if (!funzioni.isDateYYYYMMDDHH24MISS(placed)) {
-      refuse(office, gcmfunzioniDATEINVALID, what.append(u" is placed on ").append(placed));
-    } else if (!funzioni.isDateYYYYMMDD(deliver) && !funzioni.isDateYYYYMMDDefault(deliver)) {
-      refuse(office, gcmfunzioniDATEINVALID, what.append(u" is for ").append(deliver));
-    } else if (customer == customers.end()) {
-      refuse(office, eiNORECORD, what.append(u" has no customer ").append(cell(kCustomer)));
-    } else {
-      office.orders.push_back({cell(kNumber), placed, deliver, cell(kArticle), cell(kNote),
-                               customer->second, cInifile().CLngDefault(cell(kPieces)),
-                               funzioni.getNumberFromXml(cell(kPrice)),
-                               funzioni.getBool2Xml(cell(kUrgent)) == 1});
-    }
+  std::size_t rows = 0, refused = 0;
+  const auto refuse = [&](std::int32_t error, const Text& why) {
+    ErrInfo refusal(error, why, eiWARNINGTYPE, u"readOrders", Text(u"Orders"), Text(u"OFFICE"));
+    check(refusal.writeLog(office.out(u"log/office.log")));
+    ++refused;
+  };
+  const auto read = [&](const auto& cells) {
+    const auto& [number, placed, customer, article, pieces, price, urgent, deliver, note] = cells;
+    const Text what = u"order " + number;
+    ++rows;
+    if (!funzioni.isDateYYYYMMDDHH24MISS(placed))
+      return refuse(gcmfunzioniDATEINVALID, what + u" is placed on " + placed);
+    if (!funzioni.isDateYYYYMMDD(deliver) && !funzioni.isDateYYYYMMDDefault(deliver))
+      return refuse(gcmfunzioniDATEINVALID, what + u" is for " + deliver);
+    if (!office.customers.contains(customer))
+      return refuse(eiNORECORD, what + u" has no customer " + customer);
+
+    Order order = {number, placed, deliver, customer, article, note};
+    Customer& buyer = office.customers[customer];
+    order.pieces = cInifile().CLngDefault(pieces);
+    order.urgent = funzioni.getBool2Xml(urgent) == 1;
+    const double euro =
+        order.pieces * funzioni.getNumberFromXml(price) / office.rates.at(buyer.currency);
+    order.goods = static_cast<Cents>(std::floor(euro * 100 + 0.5));
+    order.carriage = office.carriage.at(buyer.country) * (order.urgent ? 2 : 1);
+    buyer.total += order.total();
+    office.orders.push_back(std::move(order));
+  };
+  eachRow<9>(office.in(u"orders.csv"), read);
+  return {rows, "rows", std::to_string(refused) + " refused, see the log"};
+}
+
+// By customer, then by time. The key is the first part of each text; behind it stands which order
+// it is. The sort serves the host's pending events once a pass, which draws a bar on the terminal.
+Done sortOrders(Office& office) {
+  constexpr std::int16_t kKeyLength = 6 + 14 + 6;  // customer, placed, number
+  if (office.orders.empty()) return {};
+  const auto count = static_cast<std::int32_t>(office.orders.size());
+  TextArray keys(Bounds{1, count});
+  for (std::int32_t i = 1; i <= count; ++i) {
+    const Order& order = office.orders[i - 1];
+    keys.set(i, order.customer + order.placed + order.number + toText(i));
   }
-  step.done(rows.size(), "rows", std::to_string(office.refused) + " refused, see the log");
+  const bool terminal = isatty(STDOUT_FILENO) == 1;
+  const double expected = count * std::log(count) / 3;
+  std::size_t passes = 0, drawn = 0;
+  const ScopedHostEvents progress([&] {
+    const auto bar = static_cast<std::size_t>(30 * static_cast<double>(++passes) / expected);
+    if (!terminal || bar <= drawn || bar > 30) return;
+    std::printf("  .. [%-30s]\r", std::string(drawn = bar, '#').c_str());
+    std::fflush(stdout);
+  });
+  check(Funzioni().quickSortArray(keys, 1, count, 1, kKeyLength, true));
+
+  std::vector<Order> sorted;
+  for (std::int32_t i = 1; i <= count; ++i)
+    sorted.push_back(
+        std::move(office.orders[cInifile().CLngDefault(keys.at(i).substr(kKeyLength)) - 1]));
+  office.orders = std::move(sorted);
+  return {office.orders.size(), "orders", std::to_string(passes) + " passes"};
 }

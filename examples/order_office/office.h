@@ -1,106 +1,89 @@
-// An order office: what it knows and the steps that it takes, each in the file named above it.
+// An order office: what it knows, the steps that it takes, and what these share.
 #pragma once
 
-#include <veltgeneral/err_info.h>
+#include <veltgeneral/file_utility.h>
 
+#include <array>
 #include <chrono>
-#include <filesystem>
 #include <map>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
-using veltgeneral::ErrInfo;
-using veltgeneral::fromUtf8;
-using veltgeneral::Text;
-using veltgeneral::TextView;
-using veltgeneral::toUtf8;
-using veltgeneral::Variant;
+using namespace veltgeneral;
 
-using Cents = std::int64_t;
+using Cents = std::int64_t;  // of euro
 
 struct Customer {
-  Text code, name, street, town, country, currency;
-  std::int64_t orders = 0, pieces = 0;  // of the orders accepted
-  Cents total = 0;
+  Text name, street, town, country, currency;
+  Cents total = 0;  // of the orders accepted
 };
 
 struct Order {
-  Text number, placed, deliver, article, note;  // placed: YYYYMMDDHHNNSS, deliver: YYYYMMDD
-  std::size_t customer = 0;
+  Text number, placed, deliver, customer, article, note;  // YYYYMMDDHHNNSS, YYYYMMDD, code
   std::int32_t pieces = 0;
-  double price = 0;  // in the customer's currency
   bool urgent = false;
-  Cents goods = 0, carriage = 0;  // in euro
-};
-
-struct Carrier {
-  Text name;
-  Cents price = 0;
+  Cents goods = 0, carriage = 0;
+  Cents total() const { return goods + carriage; }
+  double euro() const { return static_cast<double>(total()) / 100; }
 };
 
 struct Office {
-  std::filesystem::path input, output;
-  Text ordersFile, title, firm;
+  Text input = u"examples/order_office/input", output = u"order_office";
+  Text ratesUrl = u"http://127.0.0.1:8000/rates.csv", title, firm;
+  std::chrono::seconds timeOnForm{};
   std::size_t linesOnPage = 0;
-  std::vector<Customer> customers;
-  std::vector<Order> orders;         // those accepted
-  std::map<Text, Carrier> carriers;  // by country
-  std::map<Text, double> rates;      // by currency, for one euro
-  std::size_t refused = 0;
+  std::map<Text, Customer> customers;  // by code
+  std::map<Text, Cents> carriage;      // by country
+  std::map<Text, double> rates;        // by currency, for one euro
+  std::vector<Order> orders;           // those accepted
 
-  Text in(const char* name) const { return fromUtf8((input / name).native()); }
-  Text out(const char* name) const { return fromUtf8((output / name).native()); }
+  Text in(TextView file) const { return (input + u'/').append(file); }
+  Text out(TextView file) const { return (output + u'/').append(file); }
 };
 
-// settings.cpp
-void settleBelow(const std::filesystem::path& output);
-void loadSettings(Office& office);
-void rememberLastOrder(const Office& office);
-
-// incoming.cpp
-void generateOrders(Office& office, std::int32_t rows);
-void readCustomers(Office& office);
-void readCarriers(Office& office);
-void fetchRates(Office& office, const std::string& url);
-void readOrders(Office& office);
-
-// ledger.cpp
-void sortOrders(Office& office);
-void addUp(Office& office);
-
-// outgoing.cpp
-void writeTables(const Office& office);
-void writeXml(const Office& office);
-void writeSql(const Office& office);
-
-// report.cpp, invoice.cpp
-void printReport(const Office& office, int secondsOnForm);
-void makeInvoice(const Office& office);
-
-// helpers.cpp
-
-// Stops the program with the result's message where it is no success.
-void check(const ErrInfo& result);
-
-// A line on the terminal for every step: what is done, how much of it and how fast.
-class Step {
- public:
-  explicit Step(const char* what) : what_(what) { progress(0); }
-  void progress(double share);  // draws a bar, on a terminal
-  void done(std::size_t count, const char* unit, const std::string& note = {});
-
- private:
-  using Clock = std::chrono::steady_clock;
-  const char* what_;
-  Clock::time_point begin_ = Clock::now(), drawn_{};
+// What a step has done, for its line on the terminal. Nothing is not shown.
+struct Done {
+  std::size_t count = 0;
+  const char* unit = "";
+  std::string note{};
 };
 
-Cents cents(double amount);
-Text digits(std::int64_t number);
-Text money(Cents amount);    // 123456 as "1.234,56"
-Text day(const Text& date);  // "20261118093000" as "18/11/2026"
-// Cut or filled with blanks to exactly `width`.
-Text left(TextView text, std::size_t width);
-Text right(TextView text, std::size_t width);
-// What a codec answers with: a text, or an integer.
-Text written(const Variant& answer);
+using Step = Done(Office& office);
+Step loadSettings, rememberLastOrder;                                  // settings
+Step readCustomers, readCarriers, fetchRates, readOrders, sortOrders;  // incoming
+Step writeTable, writeXml, writeSql;                                   // outgoing
+Step printReport, makeInvoice;                                         // paper
+
+// Stops the program with the message of a result that is no success.
+inline void check(const ErrInfo& result) {
+  if (result.isSuccess()) return;
+  throw std::runtime_error(toUtf8(result.locationInfo() + u": " + result.descriptionInfo()));
+}
+
+inline Text digits(std::size_t number) { return fromUtf8(std::to_string(number)); }
+
+// 123456 as "1.234,56"
+inline Text money(Cents amount) {
+  Text text = digits(amount / 100);
+  for (std::size_t at = text.size(); at > 3;) text.insert(at -= 3, 1, u'.');
+  return text + u',' + digits(amount % 100 + 100).substr(1);
+}
+
+// "20261118093000" as "18/11/2026"
+inline Text day(const Text& date) {
+  return date.substr(6, 2) + u'/' + date.substr(4, 2) + u'/' + date.substr(0, 4);
+}
+
+// Calls `use` with the cells of every row of a semicolon table but its heading and blank ones.
+template <std::size_t fields, class Use>
+void eachRow(const Text& file, Use use) {
+  TextArray table;  // addressed as (field, row)
+  std::int32_t lines = 0;
+  check(FileUtility().getArrayFromCsvFile(file, table, fields, lines));
+  std::array<Text, fields> cells;
+  for (std::int32_t row = 2; row <= table.bounds(2).upper; ++row) {
+    for (std::int32_t field = 0; auto& cell : cells) cell = table.at(++field, row);
+    if (!cells[0].empty()) use(cells);
+  }
+}

@@ -67,11 +67,14 @@ constexpr bool monthHasDay(const char16_t* text) noexcept {
   return day - 1 < 30 + (kLongMonths >> month & 1);
 }
 
+inline constexpr TextView kDayZero = u"18991230";
+inline constexpr TextView kMidnight = u"000000";
+
 // Of a text whose fields are within kDay and kDayAndTime: midnight alone before day zero, where a
 // time would have to count backwards.
 inline bool calendarHas(const char16_t* text) noexcept {
-  return monthHasDay(text) && (text[0] >= u'2' || TextView(text, 8) >= u"18991230" ||
-                               TextView(text + 8, 6) == u"000000");
+  return monthHasDay(text) &&
+         (text[0] >= u'2' || TextView(text, 8) >= kDayZero || TextView(text + 8, 6) == kMidnight);
 }
 
 }  // namespace fixed_date

@@ -9,7 +9,7 @@ namespace veltgeneral {
 namespace {
 
 constexpr TextView kXmlForm = u"0000-00-00T00:00:00";
-constexpr TextView kDigits = u"00000000000000";
+constexpr TextView kZeros = u"00000000000000";
 constexpr std::size_t kYearSize = 4;
 
 // Where the fields behind the year stand in the XML form and in the digits, two characters each.
@@ -28,23 +28,14 @@ bool copyPiece(TextView xml, std::size_t at, std::size_t size, char16_t* digits)
   return true;
 }
 
-bool copyPieces(TextView xml, char16_t* digits) {
-  return copyPiece(xml, 0, kYearSize, digits) &&
-         std::ranges::all_of(kFields, [&](const Field& field) {
-           return copyPiece(xml, field.xml, 2, digits + field.digits);
-         });
-}
-
-// Whether it is a date; `digits` are overwritten.
+// Whether it is a date, piece by piece; `digits` are overwritten.
 bool copyDate(TextView xml, char16_t* digits) {
-  // Digits in all places and within their ranges, or else piece by piece.
-  if (xml.size() < kXmlForm.size() ||
-      !platform::spacedFieldsWithin(xml.data(), fixed_date::kDay, fixed_date::kDayAndTime)) {
-    return copyPieces(xml, digits) && isFixedStamp({digits, kDigits.size()});
-  }
-  std::copy_n(xml.data(), kYearSize, digits);
-  for (const Field& field : kFields) std::copy_n(xml.data() + field.xml, 2, digits + field.digits);
-  return fixed_date::calendarHas(digits);
+  std::ranges::copy(kZeros, digits);
+  const bool copied =
+      copyPiece(xml, 0, kYearSize, digits) && std::ranges::all_of(kFields, [&](const Field& field) {
+        return copyPiece(xml, field.xml, 2, digits + field.digits);
+      });
+  return copied && isFixedStamp({digits, kZeros.size()});
 }
 
 }  // namespace
@@ -60,8 +51,15 @@ Text Funzioni::getDate2Xml(TextView sDate) const {
 }
 
 Variant Funzioni::getDateFromXml(TextView sDate) const {
-  Variant result(std::in_place_type<Text>, kDigits);
-  if (!copyDate(sDate, std::get_if<Text>(&result)->data())) result = Empty{};
+  Variant result(std::in_place_type<Text>, kZeros);
+  char16_t* const digits = std::get_if<Text>(&result)->data();
+  // Digits in all places and within their ranges, or else piece by piece.
+  const bool isDate =
+      sDate.size() >= kXmlForm.size() && platform::gatherFields(sDate.data(), fixed_date::kDay,
+                                                                fixed_date::kDayAndTime, digits)
+          ? fixed_date::calendarHas(digits)
+          : copyDate(sDate, digits);
+  if (!isDate) result = Empty{};
   return result;
 }
 

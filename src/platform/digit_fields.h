@@ -8,8 +8,8 @@ namespace veltgeneral::platform {
 
 // The least value of each of four fields, and how many values follow it.
 struct FieldRanges {
-  std::array<std::uint16_t, 8> least;  // a field and 0 in turn
-  std::array<std::uint16_t, 8> span;   // likewise
+  alignas(16) std::array<std::uint16_t, 8> least;  // a field and 0 in turn
+  alignas(16) std::array<std::uint16_t, 8> span;   // likewise
 };
 
 constexpr FieldRanges fieldRanges(std::array<std::uint16_t, 4> least,
@@ -32,9 +32,10 @@ bool fieldsWithin(const char16_t* four, const char16_t* nextFour,
                   const FieldRanges& ranges) noexcept;
 
 // Of the fields of "YYYY-MM-DDThh:mm:ss", the year being two; what stands between them is not
-// looked at. The day belongs to both fours.
-bool spacedFieldsWithin(const char16_t* text, const FieldRanges& dayRanges,
-                        const FieldRanges& dayAndTimeRanges) noexcept;
+// looked at. The day belongs to both fours. Writes the 14 characters of the fields to `gathered`,
+// whatever they are.
+bool gatherFields(const char16_t* text, const FieldRanges& dayRanges,
+                  const FieldRanges& dayAndTimeRanges, char16_t* gathered) noexcept;
 
 // The same, one character after the other: the way of processors without vector instructions.
 namespace portably {
@@ -44,8 +45,8 @@ bool fieldsWithin(const char16_t* one, const FieldRanges& oneRanges, const char1
                   const FieldRanges& twoRanges) noexcept;
 bool fieldsWithin(const char16_t* four, const char16_t* nextFour,
                   const FieldRanges& ranges) noexcept;
-bool spacedFieldsWithin(const char16_t* text, const FieldRanges& dayRanges,
-                        const FieldRanges& dayAndTimeRanges) noexcept;
+bool gatherFields(const char16_t* text, const FieldRanges& dayRanges,
+                  const FieldRanges& dayAndTimeRanges, char16_t* gathered) noexcept;
 
 }  // namespace portably
 

@@ -140,8 +140,11 @@ TEST_F(Scan, FieldsAreDigitsWithinTheirRanges) {
     ASSERT_EQ(portably::fieldsWithin(one, kOne, two, kTwo), first && second);
     ASSERT_EQ(fieldsWithin(one, one + 4, kOne), first);
     ASSERT_EQ(portably::fieldsWithin(one, one + 4, kOne), first);
-    ASSERT_EQ(spacedFieldsWithin(spaced.data(), kOne, kTwo), first && second);
-    ASSERT_EQ(portably::spacedFieldsWithin(spaced.data(), kOne, kTwo), first && second);
+    for (const auto way : {gatherFields, portably::gatherFields}) {
+      Text gathered(t.size(), u'?');
+      ASSERT_EQ(way(spaced.data(), kOne, kTwo, gathered.data()), first && second);
+      ASSERT_EQ(gathered, t);
+    }
   }
   EXPECT_GT(within, kTexts);
 }

@@ -13,6 +13,10 @@ namespace {
 #ifdef __SSE2__
 
 __m128i load(const void* eight) { return _mm_loadu_si128(static_cast<const __m128i*>(eight)); }
+__m128i range(const std::array<std::uint16_t, 8>& eight) {
+  return _mm_load_si128(static_cast<const __m128i*>(static_cast<const void*>(eight.data())));
+}
+void store(void* out, __m128i eight) { _mm_storeu_si128(static_cast<__m128i*>(out), eight); }
 
 // What lies outside: each lane by how much it is too great, 0 in all where all is well. Numbers
 // without sign, so what is too small is far too great.
@@ -21,7 +25,7 @@ __m128i outside(__m128i text, const FieldRanges& ranges) {
   const __m128i noDigits = _mm_subs_epu16(digits, _mm_set1_epi16(9));
   const __m128i fields = _mm_madd_epi16(digits, _mm_set1_epi32(1 << 16 | 10));
   const __m128i beyond =
-      _mm_subs_epu16(_mm_sub_epi16(fields, load(ranges.least.data())), load(ranges.span.data()));
+      _mm_subs_epu16(_mm_sub_epi16(fields, range(ranges.least)), range(ranges.span));
   return _mm_or_si128(noDigits, beyond);
 }
 
@@ -68,13 +72,12 @@ bool fieldsWithin(const char16_t* four, const char16_t* nextFour,
   return portably::fieldsWithin(eight.data(), ranges);
 }
 
-bool spacedFieldsWithin(const char16_t* text, const FieldRanges& dayRanges,
-                        const FieldRanges& dayAndTimeRanges) noexcept {
-  std::array<char16_t, 14> digits;
-  char16_t* out = std::copy_n(text, 4, digits.data());
+bool gatherFields(const char16_t* text, const FieldRanges& dayRanges,
+                  const FieldRanges& dayAndTimeRanges, char16_t* gathered) noexcept {
+  char16_t* out = std::copy_n(text, 4, gathered);
   for (std::size_t at = 5; at < 19; at += 3) out = std::copy_n(text + at, 2, out);
-  return portably::fieldsWithin(digits.data(), dayRanges) &&
-         portably::fieldsWithin(digits.data() + 6, dayAndTimeRanges);
+  return portably::fieldsWithin(gathered, dayRanges) &&
+         portably::fieldsWithin(gathered + 6, dayAndTimeRanges);
 }
 
 }  // namespace portably
@@ -98,12 +101,15 @@ bool fieldsWithin(const char16_t* four, const char16_t* nextFour,
   return allZero(outside(both, ranges));
 }
 
-bool spacedFieldsWithin(const char16_t* text, const FieldRanges& dayRanges,
-                        const FieldRanges& dayAndTimeRanges) noexcept {
+bool gatherFields(const char16_t* text, const FieldRanges& dayRanges,
+                  const FieldRanges& dayAndTimeRanges, char16_t* gathered) noexcept {
   const __m128i day = field(text + 8);
   const __m128i year = _mm_loadl_epi64(static_cast<const __m128i*>(static_cast<const void*>(text)));
   const __m128i date = _mm_unpacklo_epi64(year, _mm_unpacklo_epi32(field(text + 5), day));
   const __m128i rest = joined(day, field(text + 11), field(text + 14), field(text + 17));
+  // The day twice, in the same place.
+  store(gathered + 6, rest);
+  store(gathered, date);
   return allZero(_mm_or_si128(outside(date, dayRanges), outside(rest, dayAndTimeRanges)));
 }
 
@@ -123,9 +129,9 @@ bool fieldsWithin(const char16_t* four, const char16_t* nextFour,
   return portably::fieldsWithin(four, nextFour, ranges);
 }
 
-bool spacedFieldsWithin(const char16_t* text, const FieldRanges& dayRanges,
-                        const FieldRanges& dayAndTimeRanges) noexcept {
-  return portably::spacedFieldsWithin(text, dayRanges, dayAndTimeRanges);
+bool gatherFields(const char16_t* text, const FieldRanges& dayRanges,
+                  const FieldRanges& dayAndTimeRanges, char16_t* gathered) noexcept {
+  return portably::gatherFields(text, dayRanges, dayAndTimeRanges, gathered);
 }
 
 #endif

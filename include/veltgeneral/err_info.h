@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "veltgeneral/export.h"
@@ -98,11 +99,11 @@ class VELTGENERAL_API ErrInfo {
   // The severity, of typeInfoCostant.
   std::int16_t typeInfo() const noexcept { return typeInfo_; }
   // The member that produced the result, as "readFile".
-  const Text& locationInfo() const noexcept { return locationInfo_; }
+  const Text& locationInfo() const noexcept { return origin().location; }
   // The name under which the library was built, where the member says it.
-  const Text& processInfo() const noexcept { return processInfo_; }
+  const Text& processInfo() const noexcept { return origin().process; }
   // The class that produced the result, as "FileUtility".
-  const Text& classInfo() const noexcept { return classInfo_; }
+  const Text& classInfo() const noexcept { return origin().className; }
 
   // The log's settings as the registry has them: the folder of the common log file (the library's
   // own where none is set or it is not there), always ending in "\"; the trace level, by default
@@ -110,7 +111,7 @@ class VELTGENERAL_API ErrInfo {
   bool getInfoForLogSystem(Text& sLogPath, std::int16_t& iTrace, std::int32_t& lByteSwitch);
 
   // The step inside the member, a text; empty where the member has none.
-  Variant stepInfo() const { return stepInfo_; }
+  Variant stepInfo() const { return origin().step; }
 
   // Number 0, texts empty, severity eiDEBUGTYPE: not quite the state of a new object, whose
   // severity is 0.
@@ -132,15 +133,22 @@ class VELTGENERAL_API ErrInfo {
   ErrInfo writeLog(const Variant& sErrLogName = Missing{});
 
  private:
+  struct Origin {
+    Text location;
+    Text process;
+    Text className;
+    Text step;
+  };
+
+  const Origin& origin() const noexcept;
+  Origin& ownOrigin();
   std::string logRecord() const;
 
   std::int32_t numberInfo_ = 0;
   Text descriptionInfo_;
   std::int16_t typeInfo_ = 0;
-  Text locationInfo_;
-  Text processInfo_;
-  Text classInfo_;
-  Text stepInfo_;
+  // Shared by copies, so that a result which a member returns often costs no texts; null is empty.
+  std::shared_ptr<Origin> origin_;
   // Of the log, not of the result.
   std::int32_t switchSize_ = 0;
   std::int16_t traceLevel_ = 0;

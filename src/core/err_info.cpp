@@ -39,6 +39,17 @@ void appendNumber(Text& out, TextView name, std::int32_t value) {
 
 }  // namespace
 
+const ErrInfo::Origin& ErrInfo::origin() const noexcept {
+  static const Origin kNone;
+  return origin_ ? *origin_ : kNone;
+}
+
+// One to change; copies keep theirs.
+ErrInfo::Origin& ErrInfo::ownOrigin() {
+  if (origin_.use_count() != 1) origin_ = std::make_shared<Origin>(origin());
+  return *origin_;
+}
+
 ErrInfo::ErrInfo(std::int32_t lNumberInfo, TextView sDescriptionInfo, typeInfoCostant iTypeInfo,
                  TextView sLocationInfo, const Variant& vntClassInfo, const Variant& vntProcessInfo,
                  const Variant& vntStepInfo) {
@@ -51,16 +62,16 @@ std::int16_t ErrInfo::fill(std::int32_t lNumberInfo, TextView sDescriptionInfo,
                            const Variant& vntClassInfo, const Variant& vntProcessInfo,
                            const Variant& vntStepInfo) {
   // Converted first: a value that is no text must not leave half a fill behind.
-  Text classInfo = optionalText(vntClassInfo);
-  Text processInfo = optionalText(vntProcessInfo);
-  Text stepInfo = optionalText(vntStepInfo);
-  numberInfo_ = lNumberInfo;
+  Origin origin{.location = Text(sLocationInfo),
+                .process = optionalText(vntProcessInfo),
+                .className = optionalText(vntClassInfo),
+                .step = optionalText(vntStepInfo)};
+  auto shared = std::make_shared<Origin>(std::move(origin));
+  // The arguments may be texts of this very object.
   descriptionInfo_ = sDescriptionInfo;
+  origin_ = std::move(shared);
+  numberInfo_ = lNumberInfo;
   typeInfo_ = static_cast<std::int16_t>(iTypeInfo);
-  locationInfo_ = sLocationInfo;
-  classInfo_ = std::move(classInfo);
-  processInfo_ = std::move(processInfo);
-  stepInfo_ = std::move(stepInfo);
   return 0;
 }
 
@@ -78,10 +89,11 @@ std::int16_t ErrInfo::ErrInfoNew(structError& structErrInfo) {
     requireNumeric(from.vntTypeInfo);
     typeInfo_ = toInt16(from.vntTypeInfo);
   }
-  take(locationInfo_, from.vntLocationInfo);
-  take(processInfo_, from.vntProcessInfo);
-  take(classInfo_, from.vntClassInfo);
-  take(stepInfo_, from.vntStepInfo);
+  Origin& to = ownOrigin();
+  take(to.location, from.vntLocationInfo);
+  take(to.process, from.vntProcessInfo);
+  take(to.className, from.vntClassInfo);
+  take(to.step, from.vntStepInfo);
   return 0;
 }
 
@@ -90,10 +102,10 @@ Text ErrInfo::getAttrEqualValue() const {
   appendNumber(out, u"vntNumberInfo", numberInfo_);
   appendText(out, u"vntDescriptionInfo", descriptionInfo_);
   appendNumber(out, u"vntTypeInfo", typeInfo_);
-  appendText(out, u"vntLocationInfo", locationInfo_);
-  appendText(out, u"vntProcessInfo", processInfo_);
-  appendText(out, u"vntClassInfo", classInfo_);
-  appendText(out, u"vntStepInfo", stepInfo_);
+  appendText(out, u"vntLocationInfo", origin().location);
+  appendText(out, u"vntProcessInfo", origin().process);
+  appendText(out, u"vntClassInfo", origin().className);
+  appendText(out, u"vntStepInfo", origin().step);
   return out;
 }
 
@@ -102,10 +114,7 @@ ErrInfo ErrInfo::clone(ErrInfo& oObject) const {
   copy.numberInfo_ = numberInfo_;
   copy.descriptionInfo_ = descriptionInfo_;
   copy.typeInfo_ = typeInfo_;
-  copy.locationInfo_ = locationInfo_;
-  copy.processInfo_ = processInfo_;
-  copy.classInfo_ = classInfo_;
-  copy.stepInfo_ = stepInfo_;
+  copy.origin_ = origin_;
   oObject = std::move(copy);
   ErrInfo status;
   status.clear();
@@ -118,10 +127,10 @@ std::int16_t ErrInfo::getInfo(std::int32_t& lNumberInfo, Text& sDescriptionInfo,
   lNumberInfo = numberInfo_;
   sDescriptionInfo = descriptionInfo_;
   iTypeInfo = typeInfo_;
-  sLocationInfo = locationInfo_;
-  if (vntClassInfo) *vntClassInfo = classInfo_;
-  if (vntProcessInfo) *vntProcessInfo = processInfo_;
-  if (vntStepInfo) *vntStepInfo = stepInfo_;
+  sLocationInfo = origin().location;
+  if (vntClassInfo) *vntClassInfo = origin().className;
+  if (vntProcessInfo) *vntProcessInfo = origin().process;
+  if (vntStepInfo) *vntStepInfo = origin().step;
   return 0;
 }
 
@@ -129,10 +138,7 @@ void ErrInfo::clear() {
   numberInfo_ = 0;
   descriptionInfo_.clear();
   typeInfo_ = static_cast<std::int16_t>(eiDEBUGTYPE);
-  locationInfo_.clear();
-  processInfo_.clear();
-  classInfo_.clear();
-  stepInfo_.clear();
+  origin_.reset();
 }
 
 }  // namespace veltgeneral

@@ -150,8 +150,9 @@ void ErrInfo::runInitialize() {
 
 std::string ErrInfo::logRecord() const {
   std::string record;
-  record.reserve(96 + processInfo_.size() + classInfo_.size() + locationInfo_.size() +
-                 stepInfo_.size() + descriptionInfo_.size());
+  const Origin& from = origin();
+  record.reserve(96 + from.process.size() + from.className.size() + from.location.size() +
+                 from.step.size() + descriptionInfo_.size());
   constexpr std::string_view kNext = "] [";
   const auto field = [&](TextView text) {
     record.append(kNext);
@@ -160,10 +161,10 @@ std::string ErrInfo::logRecord() const {
     systemCodePage().narrow(text, reinterpret_cast<std::uint8_t*>(record.data() + at));
   };
   record.append("\"[").append(dateField());
-  field(processInfo_);
-  field(classInfo_);
-  field(locationInfo_);
-  field(stepInfo_);
+  field(from.process);
+  field(from.className);
+  field(from.location);
+  field(from.step);
   record.append(kNext).append(std::to_string(typeInfo_));
   record.append(kNext).append(std::to_string(numberInfo_));
   field(descriptionInfo_);

@@ -100,6 +100,12 @@ TEST(ErrInfo, CopiesAreExactAndAnswerCleared) {
   EXPECT_EQ(fields(copy), fields(original));
   original.clone(original);
   EXPECT_EQ(fields(copy), fields(original));
+  // A copy changes alone, and may be filled with its own texts.
+  structError record{.vntLocationInfo = Text(u"l")};
+  copy.ErrInfoNew(record);
+  EXPECT_EQ(fields(original), fields(full()));
+  copy.fill(0, copy.locationInfo(), eiERRORTYPE, copy.descriptionInfo());
+  EXPECT_EQ(fields(copy), std::tuple(0, "l", 1, "text", "", "", ""));
 
   std::int32_t number = 0;
   std::int16_t type = 0;

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int kShift = 10;
 constexpr std::size_t kBlock = 64;
-constexpr std::size_t kPiece = 1024;
+constexpr std::size_t kPiece = 8192;
 constexpr char16_t kAsciiEnd = 0x80;
 
 bool holdsAscii(const CodePage& page) {
@@ -48,20 +48,17 @@ void shiftAll(const CodePage& page, TextView text, char16_t* out) {
 }
 
 template <int By>
-ErrInfo shifted(TextView member, TextView text, Text& out) {
+ErrInfo shifted(const char16_t* member, TextView text, Text& out) {
   static const ErrInfo kDone = doneAt(member);
-  return reportedAt(member, [&] {
+  return reportedAt(kDone.locationInfo(), [&] {
     const CodePage& page = systemCodePage();
-    Text built(text.substr(0, kPiece));
-    shiftAll<By>(page, built, built.data());
-    if (text.size() > kPiece) {
-      built.reserve(text.size());
-      // Piece by piece, so that what was copied is still near when it is shifted.
-      for (std::size_t at = kPiece; at < text.size(); at += kPiece) {
-        const TextView piece = text.substr(at, kPiece);
-        built.append(piece);
-        shiftAll<By>(page, piece, &built[at]);
-      }
+    Text built;
+    built.reserve(text.size());
+    // Piece by piece, so that what was copied is still near when it is shifted.
+    for (std::size_t at = 0; at < text.size(); at += kPiece) {
+      const TextView piece = text.substr(at, kPiece);
+      built.append(piece);
+      shiftAll<By>(page, piece, &built[at]);
     }
     out = std::move(built);
     return kDone;

@@ -129,7 +129,7 @@ ErrInfo rewritten(const ErrInfo& done, const Rule& (*rule)(), TextView text, Tex
 
 // The members differ in their names and rules. One body for all rules of a type keeps it short.
 template <const auto& (*rule)()>
-ErrInfo normalised(TextView member, TextView text, Text& out) {
+ErrInfo normalised(const char16_t* member, TextView text, Text& out) {
   static const ErrInfo kDone = doneAt(member);
   return rewritten(kDone, rule, text, out);
 }

@@ -115,9 +115,23 @@ struct Tables {
   const Tables tables{table(set.low()), table(set.high()), _mm256_set1_epi8(15)};
   std::size_t count = 0;
   std::size_t i = 0;
-  for (; i + kWideBlock <= text.size(); i += kWideBlock) {
+  // Two blocks at a time, as most hold no member.
+  for (; i + 2 * kWideBlock <= text.size(); i += 2 * kWideBlock) {
+    const char16_t* const units = &text[i];
+    const __m256i found[] = {members(units, tables), members(units + 32, tables),
+                             members(units + 64, tables), members(units + 96, tables)};
+    const __m256i any =
+        _mm256_or_si256(_mm256_or_si256(found[0], found[1]), _mm256_or_si256(found[2], found[3]));
+    if (_mm256_testz_si256(any, any) != 0) continue;
+    const std::uint64_t first = orderedBits(found[0]) | orderedBits(found[1]) << 32;
+    if (first != 0) count += spread(first, i, &positions[count]);
+    const std::uint64_t second = orderedBits(found[2]) | orderedBits(found[3]) << 32;
+    if (second != 0) count += spread(second, i + kWideBlock, &positions[count]);
+  }
+  if (i + kWideBlock <= text.size()) {
     const std::uint64_t bits = wideBits(&text[i], tables);
     if (bits != 0) count += spread(bits, i, &positions[count]);
+    i += kWideBlock;
   }
   if (const std::size_t left = text.size() - i; left != 0) {
     std::array<char16_t, kWideBlock> rest{};
@@ -139,11 +153,9 @@ struct Tables {
     const char16_t* const block = &text[done];
     // In registers, so that what is written need not be looked at again.
     const __m256i units[] = {at(block), at(block + 16), at(block + 32), at(block + 48)};
-    __m256i others = _mm256_setzero_si256();
-    for (const __m256i each : units) {
-      const __m256i beyond = _mm256_subs_epu16(_mm256_sub_epi16(each, start), greatest);
-      others = _mm256_or_si256(others, beyond);
-    }
+    __m256i most = _mm256_sub_epi16(units[0], start);
+    for (int i = 1; i < 4; ++i) most = _mm256_max_epu16(most, _mm256_sub_epi16(units[i], start));
+    const __m256i others = _mm256_subs_epu16(most, greatest);
     if (_mm256_testz_si256(others, others) == 0) break;
     auto* place = reinterpret_cast<__m256i*>(out + done);
     for (const __m256i each : units) _mm256_storeu_si256(place++, _mm256_add_epi16(each, step));

@@ -56,7 +56,11 @@ int main(int argc, char** argv) try {
   Office office;
   const std::map<std::string, Text*> options = {
       {"--input", &office.input}, {"--output", &office.output}, {"--rates", &office.ratesUrl}};
-  for (int i = 1; i + 1 < argc; i += 2) *options.at(argv[i]) = fromUtf8(argv[i + 1]);
+  for (int i = 1; i < argc; i += 2) {
+    if (i + 1 == argc || !options.contains(argv[i]))
+      throw std::runtime_error("no option or no value: " + std::string(argv[i]));
+    *options.at(argv[i]) = fromUtf8(argv[i + 1]);
+  }
   takeSteps(office);
   listFiles(office);
 } catch (const std::exception& error) {

@@ -24,10 +24,10 @@ struct Line {
 Text columns(const std::array<Text, 7>& cells) {
   constexpr int kWidths[] = {-8, -12, -31, 5, 12, 11, 11};  // below 0: aligned to the left
   Text line;
-  for (const int* width = kWidths; const Text& whole : cells) {
-    const auto wide = static_cast<std::size_t>(std::abs(*width));
-    const Text cell = whole.substr(0, wide), blanks(wide - cell.size(), u' ');
-    line += *width++ < 0 ? cell + blanks : blanks + cell;
+  for (std::size_t i = 0; i < cells.size(); ++i) {
+    const auto width = static_cast<std::size_t>(std::abs(kWidths[i]));
+    const Text cell = cells[i].substr(0, width), blanks(width - cell.size(), u' ');
+    line += kWidths[i] < 0 ? cell + blanks : blanks + cell;
   }
   return line;
 }

@@ -15,6 +15,7 @@
 #include "files/line_reader.h"
 #include "platform/paths.h"
 #include "veltgeneral/file_utility.h"
+#include "veltgeneral/funzioni.h"
 
 namespace veltgeneral {
 namespace {
@@ -185,6 +186,7 @@ ErrInfo FileUtility::readAndLoadInArrayByCRLF(TextView sFileName, TextArray& lis
 ErrInfo FileUtility::getArrayFromCsvFile(TextView sFileName, TextArray& sArrayValue,
                                          std::int32_t lNumRows, std::int32_t& lNumColumns) {
   return trapped(u"getArrayFromCsvFile", kFileUtility, [&] {
+    const Funzioni created;  // whose making every caller sees in the decimal separator
     if (lNumRows < 1) throw RuntimeError(RunTime::subscriptOutOfRange);
     lNumColumns = 0;
     Loaded loaded = loadTable(sFileName, static_cast<std::size_t>(lNumRows));

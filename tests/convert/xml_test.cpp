@@ -2,11 +2,13 @@
 
 #include <charconv>
 #include <cmath>
+#include <functional>
 #include <random>
 
 #include "automation/coerce.h"
 #include "automation/locale.h"
 #include "support/compiled_locales.h"
+#include "veltgeneral/file_utility.h"
 #include "veltgeneral/funzioni.h"
 #include "veltgeneral/runtime_error.h"
 
@@ -193,13 +195,22 @@ TEST(Xml, NumbersHaveEitherSeparator) {
 }
 
 TEST(Xml, NumbersUseTheSeparatorRecordedLast) {
-  const ScopedLocale italian("it_IT");
-  const Funzioni f;
-  const ScopedLocale us("en_US");
-  // The objects of a thread share it: this one still has the comma, which the present locale skips.
-  EXPECT_EQ(f.getNumberFromXml(Text(u"1.5")), 15);
-  const Funzioni another;
-  EXPECT_EQ(f.getNumberFromXml(Text(u"1.5")), 1.5);
+  const std::function<void()> makings[] = {[] { const Funzioni another; },
+                                           [] {  // makes one first of all
+                                             TextArray table;
+                                             std::int32_t lines = 0;
+                                             FileUtility().getArrayFromCsvFile(u"", table, 0,
+                                                                               lines);
+                                           }};
+  for (const auto& make : makings) {
+    const ScopedLocale italian("it_IT");
+    const Funzioni f;
+    const ScopedLocale us("en_US");
+    // A thread's objects share it: this one still has the comma, which the present locale skips.
+    EXPECT_EQ(f.getNumberFromXml(Text(u"1.5")), 15);
+    make();
+    EXPECT_EQ(f.getNumberFromXml(Text(u"1.5")), 1.5);
+  }
 }
 
 }  // namespace

@@ -113,10 +113,12 @@ TEST_F(Sort, IsThePublishedScheme) {
     TextArray array = TextArray::of(list);
     int events = 0;
     setHostEvents([](void* context) { ++*static_cast<int*>(context); }, &events);
+    // All of it, or a part that leaves an element at either end alone.
+    const std::int32_t apart = count > 3 && round % 4 == 0 ? 1 : 0;
     Plain plain(list, slice, stateOfGenerator());
-    plain.sort(1, count);
-    EXPECT_EQ(fields(Funzioni().quickSortArray(array, 1, count, slice.start, slice.length,
-                                               slice.ignoreUcase)),
+    plain.sort(1 + apart, count - apart);
+    EXPECT_EQ(fields(Funzioni().quickSortArray(array, 1 + apart, count - apart, slice.start,
+                                               slice.length, slice.ignoreUcase)),
               test::fresh());
     ASSERT_EQ(array, TextArray::of(list)) << round;
     EXPECT_EQ(events, plain.events);
@@ -125,15 +127,12 @@ TEST_F(Sort, IsThePublishedScheme) {
   }
 }
 
+// Quadratic work would take minutes here.
 TEST_F(Sort, EqualAndFewKeysCostNoMoreThanOthers) {
-  // Quadratic work would take minutes here.
-  for (const int distinct : {1, 2, 5}) {
-    std::vector<Text> list;
-    std::mt19937 random(5);
-    for (int i = 0; i < 300000; ++i) {
-      list.emplace_back(1,
-                        static_cast<char16_t>(u'a' + random() % static_cast<unsigned>(distinct)));
-    }
+  std::mt19937 random(5);
+  for (const TextView letters : {u"a", u"ab", u"abcde"}) {
+    std::vector<Text> list(300000);
+    for (Text& each : list) each = letters[random() % letters.size()];
     TextArray array = TextArray::of(list);
     Funzioni().quickSortArray(array, 1, 300000, 1, 5, true);
     std::ranges::sort(list);
@@ -141,30 +140,25 @@ TEST_F(Sort, EqualAndFewKeysCostNoMoreThanOthers) {
   }
 }
 
-TEST_F(Sort, TouchesOnlyItsRangeAndFoldsOnlyKeys) {
+TEST_F(Sort, KeysAreSlicesFoldedOrNot) {
   struct Case {
     bool ignoreUcase;
+    std::int16_t start;
     std::vector<Text> list, sorted;
   };
-  const Case cases[] = {
-      {false, {u"b", u"A"}, {u"A", u"b"}},
-      {true, {u"b", u"A"}, {u"A", u"b"}},
-      {true, {u"a", u"B"}, {u"B", u"a"}},
-      {false, {u"\u00E8x", u"\u00C8a", u"e"}, {u"e", u"\u00C8a", u"\u00E8x"}},
-  };
+  const Case cases[] = {{false, 1, {u"b", u"A"}, {u"A", u"b"}},
+                        {true, 1, {u"b", u"A"}, {u"A", u"b"}},
+                        {true, 1, {u"a", u"B"}, {u"B", u"a"}},
+                        {false, 1, {u"èx", u"Èa", u"e"}, {u"e", u"Èa", u"èx"}},
+                        {true, 2, {u"9c", u"8b", u"7a"}, {u"7a", u"8b", u"9c"}},
+                        // Shorter than the start: an empty key, before all others.
+                        {true, 2, {u"bb", u"a"}, {u"a", u"bb"}}};
   for (const Case& c : cases) {
     TextArray array = TextArray::of(c.list);
-    Funzioni().quickSortArray(array, 1, static_cast<std::int32_t>(c.list.size()), 1, 9,
+    Funzioni().quickSortArray(array, 1, static_cast<std::int32_t>(c.list.size()), c.start, 9,
                               c.ignoreUcase);
     EXPECT_EQ(array, TextArray::of(c.sorted));
   }
-  TextArray array = TextArray::of({u"z", u"9c", u"8b", u"7a", u"a"});
-  Funzioni().quickSortArray(array, 2, 4, 2, 1, true);
-  EXPECT_EQ(array, TextArray::of({u"z", u"7a", u"8b", u"9c", u"a"}));
-  // Shorter than the start: an empty key, before all others.
-  array = TextArray::of({u"bb", u"a"});
-  Funzioni().quickSortArray(array, 1, 2, 2, 3, true);
-  EXPECT_EQ(array, TextArray::of({u"a", u"bb"}));
 }
 
 TEST_F(Sort, RefusalsDrawAndExchangeAsFarAsTheSchemeGets) {
@@ -194,8 +188,8 @@ TEST_F(Sort, RefusalsDrawAndExchangeAsFarAsTheSchemeGets) {
     for (int i = 0; i <= c.draws; ++i) state = (state * 16598013 + 12820163) & 0xFFFFFF;
     EXPECT_EQ(stateOfGenerator(), state);
   }
-  TextArray none;
-  EXPECT_EQ(Funzioni().quickSortArray(none, 1, 3, 1, 1, true).numberInfo(), 9);
+  TextArray array;
+  EXPECT_EQ(Funzioni().quickSortArray(array, 1, 3, 1, 1, true).numberInfo(), 9);
 }
 
 TEST_F(Sort, AHookThatThrowsEndsItWithItsError) {

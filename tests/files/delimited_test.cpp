@@ -16,8 +16,13 @@ using test::failure;
 using test::fields;
 using Fields = decltype(fields(ErrInfo()));
 
-const Fields kTooMany =
-    failure(-2147220904, "Array di input sottodimensionato", "getValueFromCsvString", "Funzioni");
+Fields splitFails(std::int32_t number, const char* message) {
+  return failure(number, message, "getValueFromCsvString", "Funzioni");
+}
+const Fields kTooMany = splitFails(-2147220904, "Array di input sottodimensionato");
+const Fields kOverflow = splitFails(6, "Overflow");
+const Fields kInvalid = splitFails(5, "Invalid procedure call or argument");
+
 Fields subscript(const char* member, const char* className) {
   return failure(9, "Subscript out of range", member, className);
 }
@@ -105,42 +110,29 @@ TEST(DelimitedText, FilesEndWithOneMoreLineBreak) {
 }
 
 TEST(CsvLine, SplitsAtSeparatorsOutsideQuotes) {
-  struct Case {
-    TextView line;
-    std::vector<TextView> fields;
-  };
-  const Case cases[] = {{u"", {u""}},
-                        {u"a;b;", {u"a", u"b", u""}},
-                        {u"\"a;b\";c", {u"a;b", u"c"}},
-                        {u" \"a\" ;b", {u" \"a\" ", u"b"}},
-                        {u"\"\"", {u""}},
-                        {u"\"\"\"\"", {u"\""}},
-                        {u"a\"\"b;x\"y;z\"", {u"a\"b", u"x\"y;z\""}},
-                        {u"\"a;b;c", {u"\"a;b;c"}},
-                        {u"\"\"\"x\"\"\"", {u"\"x\""}},
-                        {u"\"a\"b\"", {u"a\"b"}}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(toUtf8(c.line));
+  const std::pair<TextView, std::vector<Text>> cases[] = {
+      {u"", {u""}},
+      {u"a;b;", {u"a", u"b", u""}},
+      {u"\"a;b\";c", {u"a;b", u"c"}},
+      {u" \"a\" ;b", {u" \"a\" ", u"b"}},
+      {u"\"\"", {u""}},
+      {u"\"\"\"\"", {u"\""}},
+      {u"a\"\"b;x\"y;z\"", {u"a\"b", u"x\"y;z\""}},
+      {u"\"a;b;c", {u"\"a;b;c"}},
+      {u"\"\"\"x\"\"\"", {u"\"x\""}},
+      {u"\"a\"b\"", {u"a\"b"}}};
+  for (const auto& [line, cells] : cases) {
     TextArray list({0, 5});
-    list.set(0, u"zero");
-    TextArray expected = list;
-    for (std::size_t i = 0; i < c.fields.size(); ++i) {
-      expected.set(static_cast<std::int32_t>(i + 1), c.fields[i]);
-    }
     std::int32_t found = -1;
-    EXPECT_EQ(fields(Funzioni().getValueFromCsvString(c.line, list, found)), cleared());
-    EXPECT_EQ(found, static_cast<std::int32_t>(c.fields.size()));
-    EXPECT_EQ(list, expected);
+    EXPECT_EQ(fields(Funzioni().getValueFromCsvString(line, list, found)), cleared());
+    EXPECT_EQ(found, static_cast<std::int32_t>(cells.size()));
+    TextArray expected({0, 5});
+    for (std::int32_t i = 1; const Text& cell : cells) expected.set(i++, cell);
+    EXPECT_EQ(list, expected) << toUtf8(line);
   }
 }
 
 TEST(CsvLine, Refusals) {
-  const auto refused = [](int number, const char* message) {
-    return failure(number, message, "getValueFromCsvString", "Funzioni");
-  };
-  const Fields outside = refused(9, "Subscript out of range");
-  const Fields overflow = refused(6, "Overflow");
-  const Fields invalid = refused(5, "Invalid procedure call or argument");
   struct Case {
     TextArray array;
     Text line;
@@ -149,24 +141,23 @@ TEST(CsvLine, Refusals) {
     Text first = {};  // of the array afterwards, where it has an element 1
   };
   const TextArray two = TextArray::of({u"one", u"two"});
+  const Fields outside = subscript("getValueFromCsvString", "Funzioni");
   const Case cases[] = {{two, u"a;b;c", kTooMany, 0, u"one"},
                         {TextArray({-3, 0}), u"a", kTooMany, 0},
                         {TextArray({-3, -1}), u"a", outside, -1},
                         {TextArray(), u"a", outside, -1},
                         {TextArray({2, 4}), u"a", outside, 0},
                         {TextArray({1, 2}, {1, 2}), u"a", outside, 0},
-                        {TextArray({1, 32768}), u"a", overflow, -1},
-                        {two, Text(32768, u'x'), overflow, 0, u"one"},
-                        {two, u"new;\"", invalid, 1, u"new"},
+                        {TextArray({1, 32768}), u"a", kOverflow, -1},
+                        {two, Text(32768, u'x'), kOverflow, 0, u"one"},
+                        {two, u"new;\"", kInvalid, 1, u"new"},
                         {TextArray({1, 32767}), Text(32766, u';'), cleared(), 32767}};
   for (const Case& c : cases) {
     TextArray array = c.array;
     std::int32_t found = -1;
     EXPECT_EQ(fields(Funzioni().getValueFromCsvString(c.line, array, found)), c.result);
     EXPECT_EQ(found, c.found) << toUtf8(c.line.substr(0, 20));
-    if (!c.first.empty()) {
-      EXPECT_EQ(array.at(1), c.first);
-    }
+    EXPECT_TRUE(c.first.empty() || array.at(1) == c.first);
   }
 }
 
@@ -213,54 +204,40 @@ TEST(Lines, EndWithCrOrCrLf) {
 
 TEST(DelimitedFile, KeepsThePlaceOfLines) {
   test::TemporaryFolder folder;
+  const TextArray mine = TextArray::of({u"mine"});
+  const Fields none = subscript("getArrayFromCsvFile", "FileUtility");
   struct Case {
     std::string bytes;
     Fields result;
     TextArray table;
     std::int32_t lines;
-  };
-  const auto refused = [](int number, const char* message) {
-    return failure(number, message, "getValueFromCsvString", "Funzioni");
+    std::int32_t width = 2;
   };
   const Case cases[] = {
       {"a;b\r\n\r\nc", cleared(), tableOf({{u"a", u"b"}, {u"", u""}, {u"c", u""}}), 2},
       // An error is kept only when no line follows.
       {"a;b;c\r\nd\r\n   \r\n", cleared(), tableOf({{u"", u""}, {u"d", u""}, {u"", u""}}), 2},
       {"d\r\na;b;c\r\n  ", kTooMany, tableOf({{u"d", u""}, {u"", u""}, {u"", u""}}), 2},
-      {"a;\"\r\n", refused(5, "Invalid procedure call or argument"), tableOf({{u"", u""}}), 1},
-      {"\";\"\r\n\"a\"\"\";\"b;\"\r\n", cleared(), tableOf({{u";", u""}, {u"a\"", u"b;"}}), 2},
-      {"a;x\"\"\"y\r\n" + std::string(32768, 'l'), refused(6, "Overflow"),
-       tableOf({{u"a", u"x\"\"y"}, {u"", u""}}), 2},
-  };
+      {"a;\"\r\n", kInvalid, tableOf({{u"", u""}}), 1},
+      {"\";\"\r\n\"a\"\"\";\"b;\"", cleared(), tableOf({{u";", u""}, {u"a\"", u"b;"}}), 2},
+      {"a\r\n" + std::string(32768, 'l'), kOverflow, tableOf({{u"a", u""}, {u"", u""}}), 2},
+      // Without lines or cells: the caller's table stays.
+      {"", none, mine, 0},
+      {"a", none, mine, 7, 0}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.bytes.substr(0, 40));
     folder.put("t", c.bytes);
-    TextArray table;
-    std::int32_t lines = -1;
-    EXPECT_EQ(fields(FileUtility().getArrayFromCsvFile(folder.text("t"), table, 2, lines)),
+    TextArray table = mine;
+    std::int32_t lines = 7;
+    EXPECT_EQ(fields(FileUtility().getArrayFromCsvFile(folder.text("t"), table, c.width, lines)),
               c.result);
     EXPECT_EQ(table, c.table);
     EXPECT_EQ(lines, c.lines);
   }
-}
-
-TEST(DelimitedFile, WithoutLinesIsError9AndLeavesTheTable) {
-  test::TemporaryFolder folder;
-  folder.put("empty", "");
-  const TextArray mine = TextArray::of({u"mine"});
-  struct Case {
-    const char* name;
-    std::int32_t width;
-    std::int32_t lines;
-  };
-  for (const Case& c : {Case{"empty", 2, 0}, Case{"none", 2, 0}, Case{"empty", 0, 7}}) {
-    TextArray table = mine;
-    std::int32_t lines = 7;
-    EXPECT_EQ(fields(FileUtility().getArrayFromCsvFile(folder.text(c.name), table, c.width, lines)),
-              subscript("getArrayFromCsvFile", "FileUtility"));
-    EXPECT_EQ(table, mine);
-    EXPECT_EQ(lines, c.lines);
-  }
+  TextArray table = mine;
+  std::int32_t lines = 7;
+  EXPECT_EQ(fields(FileUtility().getArrayFromCsvFile(folder.text("no"), table, 2, lines)), none);
+  EXPECT_TRUE(table == mine && lines == 0);
 }
 
 // The members for one line and for whole files are built on other code; here a file is cut with the

@@ -6,19 +6,10 @@
 #include <map>
 #include <random>
 
-#include "veltgeneral/runtime_error.h"
+#include "support/error_of.h"
 
 namespace veltgeneral {
 namespace {
-
-std::int32_t errorOf(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const RuntimeError& error) {
-    return error.number();
-  }
-  return 0;
-}
 
 TEST(TextArray, EveryAccessOutsideIsError9) {
   const TextArray none;

@@ -3,31 +3,22 @@
 
 #include <future>
 
-#include "core/module_name.h"
 #include "fetch.h"
 #include "servers.h"
+#include "support/results.h"
 
 namespace veltgeneral::test {
 namespace {
 
-void expectHttpError(const ErrInfo& result, TextView member) {
-  EXPECT_EQ(result.numberInfo(), eiABORTED);
-  EXPECT_EQ(result.descriptionInfo(), u"HTTP Error");
-  EXPECT_EQ(result.typeInfo(), eiERRORTYPE);
-  EXPECT_TRUE(result.locationInfo() == member) << toUtf8(result.locationInfo());
-  EXPECT_EQ(result.classInfo(), u"VeltInet");
-  EXPECT_EQ(result.processInfo(), kModuleName);
+void expectHttpError(const ErrInfo& result, const char* member) {
+  EXPECT_EQ(fields(result), failure(eiABORTED, "HTTP Error", member, "VeltInet"));
 }
 
 // Answers every request with its path.
 class Handles : public testing::Test {
  protected:
   ScriptedServer server_{[](const auto& connection, std::string head) {
-    for (; !head.empty(); head = connection.receiveHead()) {
-      const std::string path = head.substr(4, head.find(' ', 4) - 4);
-      connection.send("HTTP/1.1 200 OK\r\nContent-Length: " + std::to_string(path.size()) +
-                      "\r\n\r\n" + path);
-    }
+    connection.answerWithPaths(std::move(head));
   }};
   VeltInet inet_;
 };
@@ -60,8 +51,8 @@ TEST_F(Handles, WhatIsNoHandleIsRefused) {
   for (std::int32_t wrong : {0, -1, 1, 12345, url, closed}) {
     SCOPED_TRACE(wrong);
     std::int32_t out = 77;
-    expectHttpError(inet_.IOpenUrl(wrong, address, out), u"IOpenUrl");
-    expectHttpError(inet_.IOpenUrlExtended(wrong, address, header, out), u"IOpenUrlExtended");
+    expectHttpError(inet_.IOpenUrl(wrong, address, out), "IOpenUrl");
+    expectHttpError(inet_.IOpenUrlExtended(wrong, address, header, out), "IOpenUrlExtended");
     EXPECT_EQ(out, 77);
   }
   for (std::int32_t wrong : {0, -1, 1, 12345, open.handle, closed}) {

@@ -13,12 +13,8 @@ TEST(Proxy, EachSessionGoesItsWay) {
   const TemporaryFolder folder;
   const Nginx nginx(folder, R"(
     server { listen 127.0.0.1:PORT1; location / { return 200 "via:$http_via"; } })");
-  const int port = freePort();
-  const std::string address = "127.0.0.1:" + std::to_string(port);
-  const std::string config = write(folder, "tinyproxy.conf",
-                                   "Listen 127.0.0.1\nPort " + std::to_string(port) +
-                                       "\nViaProxyName \"the-proxy\"\nTimeout 10\n");
-  const Daemon proxy({"tinyproxy", "-d", "-c", config}, port);
+  const TinyProxy proxy(folder);
+  const std::string address = proxy.address();
   ::setenv("http_proxy", ("http://" + address).c_str(), 1);
 
   const auto way = [&](Session& session) {

@@ -1,60 +1,11 @@
 #include "servers.h"
 
-#include <arpa/inet.h>
 #include <poll.h>
-#include <sys/socket.h>
-#include <unistd.h>
+#include <tuple>
 
-#include <filesystem>
-#include <stdexcept>
+#include "support/ports.h"
 
 namespace veltgeneral::test {
-
-namespace fs = std::filesystem;
-namespace {
-
-sockaddr_in loopback(int port) {
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  address.sin_port = htons(static_cast<std::uint16_t>(port));
-  return address;
-}
-
-// A socket bound to a port of the system's choice.
-std::pair<int, int> boundSocket() {
-  const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in address = loopback(0);
-  socklen_t size = sizeof address;
-  if (::bind(socket, reinterpret_cast<sockaddr*>(&address), size) != 0 ||
-      ::getsockname(socket, reinterpret_cast<sockaddr*>(&address), &size) != 0) {
-    throw std::runtime_error("no port");
-  }
-  return {socket, ntohs(address.sin_port)};
-}
-
-bool listening(int port) {
-  const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  const sockaddr_in address = loopback(port);
-  const int failed = ::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address);
-  ::close(socket);
-  return failed == 0;
-}
-
-}  // namespace
-
-std::string write(const TemporaryFolder& folder, const std::string& name,
-                  std::string_view content) {
-  fs::create_directories((folder.path() / name).parent_path());
-  folder.put(name, content);
-  return folder.file(name);
-}
-
-int freePort() {
-  const auto [socket, port] = boundSocket();
-  ::close(socket);
-  return port;
-}
 
 void run(const std::vector<std::string>& command) {
   if (Process(command).wait() != 0) throw std::runtime_error(command[0] + " failed");
@@ -84,6 +35,13 @@ std::string ScriptedServer::Connection::receiveHead() const {
     head.append(piece, static_cast<std::size_t>(count));
   }
   return head;
+}
+
+void ScriptedServer::Connection::answerWithPaths(std::string head) const {
+  for (; !head.empty(); head = receiveHead()) {
+    const std::string path = head.substr(4, head.find(' ', 4) - 4);
+    send("HTTP/1.1 200 OK\r\nContent-Length: " + std::to_string(path.size()) + "\r\n\r\n" + path);
+  }
 }
 
 void ScriptedServer::Connection::waitForEnd() const {
@@ -134,20 +92,26 @@ Nginx::Nginx(const TemporaryFolder& folder, std::string servers, std::size_t por
       servers.replace(at, name.size(), std::to_string(ports_.back()));
     }
   }
-  fs::create_directories(folder.path() / "www");
+  folder.put("www/none", "");
   std::string paths;
   for (const char* each : {"client_body", "proxy", "fastcgi", "uwsgi", "scgi"}) {
     paths += std::string(each) + "_temp_path " + root + "/" + each + ";\n";
   }
   // One process, which stays what it is: no other user could see the folder.
-  const std::string config =
-      write(folder, "nginx.conf",
-            "daemon off; master_process off; pid " + root + "/pid; error_log stderr;\n" +
-                "events { worker_connections 256; }\nhttp { access_log off;\n" + paths + "root " +
-                root + "/www; keepalive_requests 100000;\n" + servers + "}\n");
+  const std::string config = folder.put(
+      "nginx.conf", "daemon off; master_process off; pid " + root + "/pid; error_log stderr;\n" +
+                        "events { worker_connections 256; }\nhttp { access_log off;\n" + paths +
+                        "root " + root + "/www; keepalive_requests 100000;\n" + servers + "}\n");
   daemon_.emplace_back(
       std::vector<std::string>{"nginx", "-p", root, "-c", config, "-e", root + "/error.log"},
       ports_[0]);
+}
+
+TinyProxy::TinyProxy(const TemporaryFolder& folder) : port_(freePort()) {
+  const std::string config =
+      folder.put("tinyproxy.conf", "Listen 127.0.0.1\nPort " + std::to_string(port_) +
+                                       "\nViaProxyName \"the-proxy\"\nTimeout 10\n");
+  daemon_.emplace_back(std::vector<std::string>{"tinyproxy", "-d", "-c", config}, port_);
 }
 
 }  // namespace veltgeneral::test

@@ -10,6 +10,7 @@
 #include <thread>
 #include <vector>
 
+#include "support/ports.h"
 #include "support/process.h"
 #include "support/temporary_folder.h"
 
@@ -17,15 +18,10 @@ namespace veltgeneral::test {
 
 constexpr int kPatienceSeconds = 10;
 
-// Writes a file of `folder`, and the folders on its way; returns its path.
-std::string write(const TemporaryFolder& folder, const std::string& name, std::string_view content);
-
 // Whether `condition` comes true in time.
 inline bool eventually(const std::function<bool()>& condition) {
   return waitUntil(condition, std::chrono::seconds(kPatienceSeconds));
 }
-
-int freePort();
 
 // Runs a command to its end; throws where it fails.
 void run(const std::vector<std::string>& command);
@@ -50,6 +46,8 @@ class ScriptedServer {
     bool send(std::string_view bytes) const;
     // Up to the empty line and what came with it; empty at the end.
     std::string receiveHead() const;
+    // Answers a request with its path, and those that follow on the connection.
+    void answerWithPaths(std::string head) const;
     // Until the other side is gone.
     void waitForEnd() const;
 
@@ -90,6 +88,18 @@ class Nginx {
 
  private:
   std::vector<int> ports_;
+  std::list<Daemon> daemon_;
+};
+
+// A proxy that adds "the-proxy" to the Via header.
+class TinyProxy {
+ public:
+  explicit TinyProxy(const TemporaryFolder& folder);
+
+  std::string address() const { return "127.0.0.1:" + std::to_string(port_); }
+
+ private:
+  int port_;
   std::list<Daemon> daemon_;
 };
 

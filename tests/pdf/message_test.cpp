@@ -1,6 +1,4 @@
 // What the generator says of a command that it does not understand.
-#include <sys/stat.h>
-
 #include "pdf/generator.h"
 
 namespace veltgeneral::pdf {
@@ -20,6 +18,8 @@ constexpr Case kBad[] = {
     {"text 1e1 2 \"a\"", R"(line 1: expected a place in cm from -100 to 100, found "1e1")"},
     {"text nan 2 \"a\"", R"(line 1: expected a place in cm from -100 to 100, found "nan")"},
     {"text 101 2 \"a\"", R"(line 1: expected a place in cm from -100 to 100, found "101")"},
+    {"\nTEXT 5 6 \"right\" RIGHT # no comment",
+     R"(line 2: expected left, centre or right, found "#")"},
     {"text 1 2 \"a\" middle", R"(line 1: expected left, centre or right, found "middle")"},
     {"text 1 2 \"a", R"(line 1: expected a closing ", found the end of the line)"},
     {"text 1 2 \"a\"b", R"(line 1: expected a blank after the closing ", found another character)"},
@@ -56,10 +56,6 @@ constexpr Case kBad[] = {
     {"table 2 2\nrow \"a\"", "line 2: expected 2 cells, found 1"},
     {"table 2\nrow \"a\"\nhead \"b\"", "line 3: expected head rows first, found one after rows"},
     {"table 2\ntext 1 1 \"a\"", "line 2: expected head, row, font or end, found text"},
-    {"table 2\nhead "
-     R"("\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n\n")"
-     "\nrow \"b\"\nend",
-     "line 3: expected room for a line of the row below the head, found none"},
     {"header\nparagraph \"a\"",
      "line 2: expected font, text, line, box, image or end, found paragraph"},
     {"end", "line 1: expected a command, found end without header, footer or table"},
@@ -80,6 +76,10 @@ constexpr Case kBad[] = {
 
 TEST(Message, NamesTheLineAndWhatWasExpected) {
   const Generator generator;
+  std::string lines;
+  for (int i = 0; i < 61; ++i) lines += "\\n";
+  EXPECT_EQ(generator.run("table 2\nhead \"" + lines + "\"\nrow \"b\"\nend").message,
+            "line 3: expected room for a line of the row below the head, found none");
   for (const Case& c : kBad) {
     SCOPED_TRACE(c.commands);
     const Result result = generator.run(c.commands);
@@ -116,6 +116,16 @@ TEST(Message, FilesThatCannotServe) {
     EXPECT_EQ(result.message + " ", c.message.substr(0, c.message.find_last_not_of(' ') + 1) + " ");
     EXPECT_EQ(generator.folder.fileCount(), 1u);
   }
+}
+
+TEST(Message, ANameIsMissing) {
+  std::string message(150, '#');
+  for (const auto& [commands, pdf] :
+       {std::pair<const char*, const char*>{"a.txt", nullptr}, {nullptr, "a.pdf"}}) {
+    EXPECT_EQ(Generator::entry()(commands, pdf, message.data()), 4);
+    EXPECT_TRUE(message.starts_with("a file name is missing  "));
+  }
+  EXPECT_EQ(Generator::entry()("a.txt", "a.pdf", nullptr), 4);
 }
 
 TEST(Message, OnlyASingleByteCodePageServes) {

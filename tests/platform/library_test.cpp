@@ -6,21 +6,12 @@
 #include <filesystem>
 #include <utility>
 
-#include "veltgeneral/runtime_error.h"
+#include "support/error_of.h"
 
 namespace veltgeneral::platform {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::int32_t errorOf(const auto& action) {
-  try {
-    action();
-    return 0;
-  } catch (const RuntimeError& error) {
-    return error.number();
-  }
-}
 
 TEST(Library, OpensAndCalls) {
   Library first(PLUGIN);

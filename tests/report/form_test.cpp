@@ -6,17 +6,17 @@
 #include <cmath>
 
 #include "drawing/handles.h"
-#include "support/temporary_folder.h"
 #include "platform/report_surfaces.h"
 #include "report/display.h"
-#include "report/error_of.h"
+#include "support/error_of.h"
+#include "support/temporary_folder.h"
 #include "veltgeneral/reporting.h"
 
 namespace veltgeneral {
 namespace {
 
-using test::TemporaryFolder;
 using test::Observer;
+using test::TemporaryFolder;
 using test::VirtualDisplay;
 
 constexpr char kTitle[] = "Reporting Form";

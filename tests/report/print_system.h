@@ -2,50 +2,46 @@
 // without the rights of root, with all their files in a temporary folder.
 #pragma once
 
-#include <arpa/inet.h>
-#include <sys/socket.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <algorithm>
-#include <filesystem>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "support/temporary_folder.h"
+#include "support/ports.h"
 #include "support/process.h"
+#include "support/temporary_folder.h"
 
 namespace veltgeneral::test {
 
 class PrintSystem {
  public:
   PrintSystem() {
-    for (const char* name :
-         {"spool", "spool/tmp", "cache", "state", "root", "incoming", "received"})
+    for (const char* name : {"tmp", "root", "incoming", "received"})
       std::filesystem::create_directory(folder_ / name);
     folder_.put("bus.conf", "<busconfig><type>system</type><listen>unix:path=" + folder_ / "bus" +
-                                  "</listen><auth>EXTERNAL</auth><policy context=\"default\">"
-                                  "<allow send_destination=\"*\" eavesdrop=\"true\"/><allow "
-                                  "eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>");
-    folder_.put("files.conf", "ServerRoot " + folder_ / "root" + "\nRequestRoot " +
-                                    folder_ / "spool" + "\nTempDir " + folder_ / "spool/tmp" +
-                                    "\nCacheDir " + folder_ / "cache" + "\nStateDir " +
-                                    folder_ / "state" + "\nAccessLog " + folder_ / "access.log" +
-                                    "\nErrorLog " + folder_ / "error.log" + "\nPageLog " +
-                                    folder_ / "page.log" + "\n");
+                                "</listen><auth>EXTERNAL</auth><policy context=\"default\">"
+                                "<allow send_destination=\"*\" eavesdrop=\"true\"/><allow "
+                                "eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>");
+    std::string files;
+    for (const char* name :
+         {"ServerRoot root", "RequestRoot root", "CacheDir root", "StateDir root", "TempDir tmp",
+          "AccessLog access.log", "ErrorLog error.log", "PageLog page.log"}) {
+      const std::string line = name;
+      const std::size_t blank = line.find(' ') + 1;
+      files += line.substr(0, blank) + folder_ / line.substr(blank) + "\n";
+    }
+    folder_.put("files.conf", files);
     folder_.put("cupsd.conf",
-                  "Listen " + scheduler() +
-                      "\nBrowsing Off\nDefaultAuthType None\nWebInterface No\n"
-                      "<Location />\nOrder allow,deny\nAllow all\n</Location>\n"
-                      "<Policy default>\n<Limit All>\nOrder allow,deny\nAllow all\n</Limit>\n"
-                      "</Policy>\n");
-    // Printing is to keep the document.
+                "Listen " + scheduler() +
+                    "\nBrowsing Off\nDefaultAuthType None\nWebInterface No\n"
+                    "<Location />\nOrder allow,deny\nAllow all\n</Location>\n"
+                    "<Policy default>\n<Limit All>\nOrder allow,deny\nAllow all\n</Limit>\n"
+                    "</Policy>\n");
+    // Printing is to keep the document, whole.
+    const std::string page = folder_ / "page";
     std::filesystem::permissions(
-        folder_.put("print", "#!/bin/sh\ncp \"$1\" " + folder_ / "page" + " && mv " +
-                                   folder_ / "page" + " " + folder_ / "received/" +
-                                   "\"$(basename \"$1\")\"\n"),
+        folder_.put("print", "#!/bin/sh\ncp \"$1\" " + page + " && mv " + page + " " +
+                                 folder_ / "received/" + "\"$(basename \"$1\")\"\n"),
         std::filesystem::perms::owner_all);
     if (::geteuid() == 0) giveAway();
     ::setenv("CUPS_SERVER", scheduler().c_str(), 1);
@@ -53,7 +49,7 @@ class PrintSystem {
     ::setenv("DBUS_SYSTEM_BUS_ADDRESS", ("unix:path=" + folder_ / "bus").c_str(), 1);
     bus_.emplace(std::vector<std::string>{"dbus-daemon", "--nofork",
                                           "--config-file=" + folder_ / "bus.conf"},
-                 quiet());
+                 Process::Options{.unprivileged = true});
     if (!waitUntil([&] { return std::filesystem::exists(folder_ / "bus"); }))
       throw std::runtime_error("dbus-daemon does not start");
   }
@@ -62,23 +58,19 @@ class PrintSystem {
     ::unsetenv("CUPS_SERVER");
   }
 
-  std::string scheduler() const { return "127.0.0.1:" + std::to_string(schedulerPort_); }
   std::string printerAddress() const {
     return "ipp://localhost:" + std::to_string(printerPort_) + "/ipp/print";
   }
-
   void startScheduler() {
     start(scheduler_, schedulerPort_,
-          {"cupsd", "-f", "-c", folder_ / "cupsd.conf", "-s", folder_ / "files.conf"}, quiet());
+          {"cupsd", "-f", "-c", folder_ / "cupsd.conf", "-s", folder_ / "files.conf"});
   }
   void startPrinter() {
-    Process::Options options = quiet();
-    options.output = folder_ / "printer.log";
     start(
         printer_, printerPort_,
         {"ippeveprinter", "-r", "off", "-n", "localhost", "-p", std::to_string(printerPort_), "-c",
          folder_ / "print", "-d", folder_ / "incoming", "-f", "application/pdf", "-vv", "Test"},
-        options);
+        folder_ / "printer.log");
   }
   void stopPrinter() { printer_->end(); }
 
@@ -86,8 +78,11 @@ class PrintSystem {
     administer({"lpadmin", "-p", name, "-E", "-v", printerAddress(), "-m", "everywhere"});
     administer({"lpadmin", "-d", name});
   }
-  void refuseJobs(const std::string& name) { administer({"cupsreject", name}); }
-  void acceptJobs(const std::string& name) { administer({"cupsaccept", name}); }
+  void administer(std::vector<std::string> command) {
+    command.insert(command.begin() + 1, {"-h", scheduler()});
+    if (const std::string name = command[0]; Process(std::move(command)).wait() != 0)
+      throw std::runtime_error(name + " failed");
+  }
 
   // The document of the next job that the printer has received whole; empty where none comes.
   std::string received() {
@@ -101,56 +96,30 @@ class PrintSystem {
     });
     return file;
   }
-  std::string printerLog() const { return test::contentOf(folder_ / "printer.log"); }
+  bool printerLogHas(const std::string& text) const {
+    return folder_.get("printer.log").find(text) != std::string::npos;
+  }
 
  private:
-  static Process::Options quiet() { return {.output = {}, .unprivileged = true}; }
-
-  static int freePort() {
-    const int s = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t length = sizeof address;
-    ::bind(s, reinterpret_cast<sockaddr*>(&address), length);
-    ::getsockname(s, reinterpret_cast<sockaddr*>(&address), &length);
-    ::close(s);
-    return ntohs(address.sin_port);
-  }
-  static bool answers(int port) {
-    const int s = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(static_cast<std::uint16_t>(port));
-    const bool connected = ::connect(s, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
-    ::close(s);
-    return connected;
-  }
+  std::string scheduler() const { return "127.0.0.1:" + std::to_string(schedulerPort_); }
 
   void start(std::optional<Process>& program, int port, std::vector<std::string> command,
-             const Process::Options& options) {
+             const std::string& log = {}) {
     const std::string name = command[0];
-    program.emplace(std::move(command), options);
-    if (!waitUntil([&] { return answers(port); }))
+    program.emplace(std::move(command), Process::Options{.output = log, .unprivileged = true});
+    if (!waitUntil([&] { return listening(port); }))
       throw std::runtime_error(name + " does not start");
   }
-  void administer(std::vector<std::string> command) {
-    command.insert(command.begin() + 1, {"-h", scheduler()});
-    if (const std::string name = command[0]; Process(std::move(command)).wait() != 0)
-      throw std::runtime_error(name + " failed");
-  }
   void giveAway() {
-    const auto give = [](const std::string& path) {
+    std::vector<std::string> paths{folder_ / ""};
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder_ / ""))
+      paths.push_back(entry.path().string());
+    for (const std::string& path : paths)
       if (::chown(path.c_str(), Process::kNobody, Process::kNobody) != 0)
         throw std::runtime_error("chown");
-    };
-    give(folder_ / "");
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder_ / ""))
-      give(entry.path().string());
   }
 
-  test::TemporaryFolder folder_;
+  TemporaryFolder folder_;
   // One for all: a thread of the print system's library looks for its scheduler once.
   inline static const int schedulerPort_ = freePort();
   int printerPort_ = freePort();

@@ -2,63 +2,19 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
-#include <cmath>
 #include <thread>
 
 #include "core/host_events.h"
-#include "support/temporary_folder.h"
-#include "report/error_of.h"
 #include "report/print_system.h"
-#include "support/process.h"
+#include "support/error_of.h"
+#include "support/pdf_text.h"
 #include "veltgeneral/reporting.h"
 
 namespace veltgeneral {
 namespace {
 
+using test::PdfText;
 using test::TemporaryFolder;
-using test::Process;
-
-struct Word {
-  int page = 0;
-  std::string text;
-  double left = 0, top = 0, right = 0;
-};
-
-struct Document {
-  std::vector<std::string> pages;  // "width x height" in whole points
-  std::vector<Word> words;
-
-  const Word& word(const std::string& text) const {
-    static const Word kNone;
-    for (const Word& word : words)
-      if (word.text == text) return word;
-    return kNone;
-  }
-};
-
-double number(const std::string& line, const std::string& name) {
-  const std::size_t at = line.find(name + "=\"");
-  return at == std::string::npos ? -1 : std::stod(line.substr(at + name.size() + 2));
-}
-
-// As another program reads it.
-Document readPdf(const std::string& file) {
-  const TemporaryFolder folder;
-  EXPECT_EQ(Process({"pdftotext", "-bbox", file, folder / "words"}).wait(), 0);
-  Document document;
-  std::ifstream lines(folder / "words");
-  for (std::string line; std::getline(lines, line);) {
-    if (line.find("<page ") != std::string::npos)
-      document.pages.push_back(std::to_string(std::lround(number(line, "width"))) + " x " +
-                               std::to_string(std::lround(number(line, "height"))));
-    const std::size_t text = line.find("\">");
-    if (line.find("<word ") == std::string::npos || text == std::string::npos) continue;
-    document.words.push_back({static_cast<int>(document.pages.size()),
-                              line.substr(text + 2, line.find("</") - text - 2),
-                              number(line, "xMin"), number(line, "yMin"), number(line, "xMax")});
-  }
-  return document;
-}
 
 void printTwoPages(Reporting& report) {
   Variant size = 14.0;
@@ -72,7 +28,7 @@ void printTwoPages(Reporting& report) {
   report.closeReport();
 }
 
-void expectTwoPages(const Document& document) {
+void expectTwoPages(const PdfText& document) {
   EXPECT_EQ(document.pages, (std::vector<std::string>{"595 x 842", "595 x 842"}));
   struct Case {
     const char* text;
@@ -89,7 +45,7 @@ void expectTwoPages(const Document& document) {
   };
   constexpr double kPoint = 567 / 20.0;
   for (const Case& c : kCases) {
-    const Word& word = document.word(c.text);
+    const test::Word word = document.word(c.text);
     EXPECT_EQ(word.page, c.page) << c.text;
     EXPECT_NEAR(word.left, c.x * kPoint, 0.6) << c.text;
     EXPECT_NEAR(word.top, c.y * kPoint, c.size * 0.2) << c.text;
@@ -115,7 +71,7 @@ TEST_F(PrinterTest, PagesToAFile) {
   const std::string file = folder_ / "report.pdf";
   choose("pdf:" + file);
   printTwoPages(report_);
-  expectTwoPages(readPdf(file));
+  expectTwoPages(PdfText(file));
   // The next document begins anew, on the first line; pages without a word count, except the last.
   Variant size = 10.0;
   report_.newPage();
@@ -123,13 +79,13 @@ TEST_F(PrinterTest, PagesToAFile) {
   report_.prtTesto(2.0, 0.0, size, false, false, u"third");
   report_.newPage();
   report_.closeReport();
-  const Document document = readPdf(file);
+  const PdfText document(file);
   EXPECT_EQ(document.pages.size(), 3u);
   EXPECT_EQ(document.word("third").page, 3);
   EXPECT_NEAR(document.word("third").top, 0, 2);
 }
 
-TEST_F(PrinterTest, NothingIsLeftOfADocumentThatNobodyEnds) {
+TEST_F(PrinterTest, WhatFailsOrIsNotEndedLeavesTheFileAsItWas) {
   const std::string file = folder_.put("report.pdf", "before");
   choose("pdf:" + file);
   {
@@ -140,32 +96,19 @@ TEST_F(PrinterTest, NothingIsLeftOfADocumentThatNobodyEnds) {
   }
   report_.openReport();
   report_.closeReport();  // nothing was drawn
-  EXPECT_EQ(test::contentOf(file), "before");
-  EXPECT_EQ(folder_.fileCount(), 1u);
-}
-
-TEST_F(PrinterTest, ErrorsOfPlacesAndValues) {
-  struct Case {
-    std::string file;
-    std::int32_t error;
-  };
-  for (const Case& c : {Case{folder_ / "none/report.pdf", 76}, Case{folder_ / "", 75}}) {
-    choose("pdf:" + c.file);
-    EXPECT_EQ(errorOf([&] { printTwoPages(report_); }), c.error) << c.file;
-    report_.closeReport();
-  }
-  choose("pdf:" + folder_ / "report.pdf");
   for (const double points : {0.0, -1.0, 2161.0}) {
     Variant size = points;
     EXPECT_EQ(errorOf([&] { report_.prtTesto(1.0, 1.0, size, false, false, u"a"); }), 380);
+    report_.closeReport();
   }
-  report_.closeReport();
-}
-
-TEST_F(PrinterTest, AFullDiskIsAnErrorAndKeepsWhatWasThere) {
-  const std::string file = folder_.put("report.pdf", "before");
-  choose("pdf:" + file);
+  for (const auto& [place, error] :
+       {std::pair{folder_ / "none/report.pdf", 76}, {folder_ / "", 75}}) {
+    choose("pdf:" + place);
+    EXPECT_EQ(errorOf([&] { printTwoPages(report_); }), error) << place;
+    report_.closeReport();
+  }
   // A file that may not grow: the system's words for a disk without room are the same to us.
+  choose("pdf:" + file);
   rlimit before{};
   ::getrlimit(RLIMIT_FSIZE, &before);
   const auto signal = ::signal(SIGXFSZ, SIG_IGN);
@@ -201,7 +144,7 @@ TEST_F(PrinterTest, ManyThreadsEachWithItsOwnDocument) {
   Reporting().closeReport();
   ::unsetenv("VELTGENERAL_FORM");
   // Whichever was last, it is whole.
-  expectTwoPages(readPdf(file));
+  expectTwoPages(PdfText(file));
   EXPECT_EQ(folder_.fileCount(), 2u);
 }
 
@@ -210,9 +153,9 @@ TEST_F(PrinterTest, StraightToAPrinter) {
   system.startPrinter();
   choose(system.printerAddress());
   printTwoPages(report_);
-  expectTwoPages(readPdf(system.received()));
-  EXPECT_NE(system.printerLog().find("media (keyword) iso_a4_210x297mm"), std::string::npos);
-  EXPECT_NE(system.printerLog().find("Report from report_test"), std::string::npos);
+  expectTwoPages(PdfText(system.received()));
+  EXPECT_TRUE(system.printerLogHas("media (keyword) iso_a4_210x297mm"));
+  EXPECT_TRUE(system.printerLogHas("Report from report_test"));
 
   system.stopPrinter();
   EXPECT_EQ(errorOf([&] { printTwoPages(report_); }), 482);
@@ -228,9 +171,8 @@ TEST_F(PrinterTest, ThroughTheScheduler) {
   for (const char* queue : {"", "office"}) {
     choose(queue);
     printTwoPages(report_);
-    expectTwoPages(readPdf(system.received()));
-    const std::string log = system.printerLog();
-    EXPECT_NE(log.find("x-dimension=21000 y-dimension=29700"), std::string::npos);
+    expectTwoPages(PdfText(system.received()));
+    EXPECT_TRUE(system.printerLogHas("x-dimension=21000 y-dimension=29700"));
   }
   choose("nowhere");
   EXPECT_EQ(errorOf([&] { report_.openReport(); }), 482);
@@ -238,11 +180,11 @@ TEST_F(PrinterTest, ThroughTheScheduler) {
   choose("office");
   report_.openReport();
   report_.prtLayoutPaginaBase();
-  system.refuseJobs("office");
+  system.administer({"cupsreject", "office"});
   EXPECT_EQ(errorOf([&] { report_.closeReport(); }), 482);
-  system.acceptJobs("office");
+  system.administer({"cupsaccept", "office"});
   printTwoPages(report_);
-  expectTwoPages(readPdf(system.received()));
+  expectTwoPages(PdfText(system.received()));
 }
 
 }  // namespace

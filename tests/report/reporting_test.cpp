@@ -4,8 +4,8 @@
 #include <ctime>
 
 #include "automation/locale.h"
-#include "report/error_of.h"
 #include "report/recording_surfaces.h"
+#include "support/error_of.h"
 #include "veltgeneral/reporting.h"
 
 namespace veltgeneral {
@@ -39,7 +39,23 @@ class ReportingTest : public testing::Test {
     return out;
   }
 
+  // The outline of a box, edge by edge.
+  static Lines outline(const std::string& x1, const std::string& y1, const std::string& x2,
+                       const std::string& y2) {
+    const auto edge = [](const std::string& a, const std::string& b, const std::string& c,
+                         const std::string& d) {
+      return "box " + a + " " + b + " " + c + " " + d + " 0";
+    };
+    return {edge(x1, y1, x1, y2), edge(x1, y1, x2, y1), edge(x2, y1, x2, y2), edge(x1, y2, x2, y2)};
+  }
+  static Lines joined(std::initializer_list<Lines> parts) {
+    Lines all;
+    for (const Lines& part : parts) all.insert(all.end(), part.begin(), part.end());
+    return all;
+  }
+
   test::RecordingSurfaces surfaces_;
+  Variant size_ = 10.0;
 };
 
 TEST_F(ReportingTest, SessionOnBothTargets) {
@@ -61,16 +77,13 @@ TEST_F(ReportingTest, BoxesAreFilledUnlessBlackAndOutlinedInOrder) {
       report.prtBox(std::int16_t{1}, 2.0f, Text(u"3"), Currency{40000}, color);
     };
   };
-  const Lines outline = {"paper 9", "box 567 1134 567 2268 0", "box 567 1134 1701 1134 0",
-                         "box 1701 1134 1701 2268 0", "box 567 2268 1701 2268 0"};
-  EXPECT_EQ(asked(torPRINTER, box(0)), outline);
-  Lines filled = outline;
-  filled.insert(filled.begin() + 1, "box 567 1134 1701 2268 255");
-  EXPECT_EQ(asked(torPRINTER, box(255)), filled);
-  const Lines form = {"box 396.9 793.8 1190.7 1587.6 255", "box 396.9 793.8 396.9 1587.6 0",
-                      "box 396.9 793.8 1190.7 793.8 0",    "box 1190.7 793.8 1190.7 1587.6 0",
-                      "box 396.9 1587.6 1190.7 1587.6 0",  "service"};
-  EXPECT_EQ(asked(torFORM, box(255)), form);
+  const Lines printed = outline("567", "1134", "1701", "2268");
+  EXPECT_EQ(asked(torPRINTER, box(0)), joined({{"paper 9"}, printed}));
+  EXPECT_EQ(asked(torPRINTER, box(255)),
+            joined({{"paper 9", "box 567 1134 1701 2268 255"}, printed}));
+  EXPECT_EQ(asked(torFORM, box(255)), joined({{"box 396.9 793.8 1190.7 1587.6 255"},
+                                              outline("396.9", "793.8", "1190.7", "1587.6"),
+                                              {"service"}}));
 }
 
 TEST_F(ReportingTest, TextsAreScaledOnTheFormOnly) {
@@ -89,32 +102,26 @@ TEST_F(ReportingTest, TextsAreScaledOnTheFormOnly) {
 }
 
 TEST_F(ReportingTest, BandsDifferByTarget) {
-  Variant size = 10.0;
   const auto band = [&](Reporting& report) {
-    report.prtBoxWithTesto(1.2, 2.0, size, false, true, u"abc", 0x00FFFF, 5.0);
+    report.prtBoxWithTesto(1.2, 2.0, size_, false, true, u"abc", 0x00FFFF, 5.0);
   };
   const Lines text = {"face Courier New", "size 7",  "bold 0",  "italic 1",
                       "x 476.28",         "y 793.8", "text abc"};
-  Lines form = text;
-  for (const char* line : {"box 396.9 793.8 2460.78 952.56 65535", "box 396.9 793.8 396.9 952.56 0",
-                           "box 396.9 793.8 2460.78 793.8 0", "box 2460.78 793.8 2460.78 952.56 0",
-                           "box 396.9 952.56 2460.78 952.56 0"})
-    form.emplace_back(line);
-  form.insert(form.end(), text.begin(), text.end());
-  form.emplace_back("service");
-  EXPECT_EQ(asked(torFORM, band), form);
+  EXPECT_EQ(asked(torFORM, band), joined({text,
+                                          {"box 396.9 793.8 2460.78 952.56 65535"},
+                                          outline("396.9", "793.8", "2460.78", "952.56"),
+                                          text,
+                                          {"service"}}));
   // The band ends where the text did, 300 twips from its start, and covers it.
   EXPECT_EQ(asked(torPRINTER, band),
-            (Lines{"paper 9", "face Courier New", "size 10", "bold 0", "italic 1", "x 680.4",
-                   "y 1134", "text abc", "x?", "y?", "box 567 1134 980.4 1417.5 65535",
-                   "box 567 1134 567 1417.5 0", "box 567 1134 980.4 1134 0",
-                   "box 980.4 1134 980.4 1417.5 0", "box 567 1417.5 980.4 1417.5 0"}));
+            joined({{"paper 9", "face Courier New", "size 10", "bold 0", "italic 1", "x 680.4",
+                     "y 1134", "text abc", "x?", "y?", "box 567 1134 980.4 1417.5 65535"},
+                    outline("567", "1134", "980.4", "1417.5")}));
 }
 
 TEST_F(ReportingTest, FramesThinAndBold) {
-  const Lines thin = {"box 567 567 567 15309 0", "box 567 567 10773 567 0",
-                      "box 10773 567 10773 15309 0", "box 567 15309 10773 15309 0"};
-  EXPECT_EQ(drawn([](Reporting& report) { report.prtLayoutPaginaBase(); }), thin);
+  EXPECT_EQ(drawn([](Reporting& report) { report.prtLayoutPaginaBase(); }),
+            outline("567", "567", "10773", "15309"));
   const auto bold = [&](const Variant& isBold, const Variant& header) {
     Lines fills;
     for (const std::string& line : drawn([&](Reporting& report) {
@@ -127,11 +134,10 @@ TEST_F(ReportingTest, FramesThinAndBold) {
   const Lines bars = {"box 567 567 10773 578.34 4210752", "box 567 15309 10773 15320.3 4210752",
                       "box 567 567 578.34 15309 4210752", "box 10773 567 10784.3 15309 4210752"};
   EXPECT_EQ(bold(true, Missing{}), bars);
-  Lines rules = bars;
-  for (const char* line : {"box 567 1134 10773 1145.34 4210752", "text ab | 14 1 5726.7 680.4",
-                           "box 567 14742 10773 14753.3 4210752", "text ab | 12 1 5726.7 14855.4"})
-    rules.emplace_back(line);
-  EXPECT_EQ(bold(std::int16_t{-1}, Text(u"ab")), rules);
+  EXPECT_EQ(bold(std::int16_t{-1}, Text(u"ab")),
+            joined({bars,
+                    {"box 567 1134 10773 1145.34 4210752", "text ab | 14 1 5726.7 680.4",
+                     "box 567 14742 10773 14753.3 4210752", "text ab | 12 1 5726.7 14855.4"}}));
 }
 
 TEST_F(ReportingTest, HeadersAreCentredByTheirCharacters) {
@@ -150,10 +156,8 @@ TEST_F(ReportingTest, HeadersAreCentredByTheirCharacters) {
     ASSERT_EQ(lines.size(), 9u);
     EXPECT_EQ(lines[8], std::string("text ") + toUtf8(header) + " | 14 1 " + c.x + " 680.4");
   }
-  EXPECT_EQ(errorOf([&] {
-              drawn([](Reporting& report) { report.prtLayoutPaginaBase(Text(32768, u'm')); });
-            }),
-            6);
+  const auto tooLong = [](Reporting& report) { report.prtLayoutPaginaBase(Text(32768, u'm')); };
+  EXPECT_EQ(errorOf([&] { drawn(tooLong); }), 6);
 }
 
 TEST_F(ReportingTest, PageNumberAndDate) {
@@ -179,29 +183,22 @@ TEST_F(ReportingTest, PageNumberAndDate) {
 }
 
 TEST_F(ReportingTest, ErrorsReachTheCaller) {
-  Variant size = 10.0;
-  Variant none = Null{};
-  const auto text = [&](const Variant& x, Variant& points) {
-    return errorOf([&] {
-      asked(torPRINTER,
-            [&](Reporting& report) { report.prtTesto(x, 1.0, points, false, false, u"a"); });
-    });
+  const auto text = [&](const Variant& x, Variant points) {
+    Reporting report(surfaces_);
+    return errorOf([&] { report.prtTesto(x, 1.0, points, false, false, u"a"); });
   };
-  EXPECT_EQ(text(Text(u"one"), size), 13);
-  EXPECT_EQ(text(1.0, none), 94);
-  EXPECT_EQ(text(1e40, size), 6);
+  EXPECT_EQ(text(Text(u"one"), size_), 13);
+  EXPECT_EQ(text(1.0, Null{}), 94);
+  EXPECT_EQ(text(1e40, size_), 6);
+  const auto page = [](Reporting& report) {
+    report.openReport();
+    report.prtLayoutPaginaBase(Text(u"a"));
+    report.newPage();
+    report.closeReport();
+  };
   for (const char* call : {"paper", "box", "text", "page", "end"}) {
     surfaces_.record.refused = call;
-    EXPECT_EQ(errorOf([&] {
-                asked(torPRINTER, [&](Reporting& report) {
-                  report.openReport();
-                  report.prtLayoutPaginaBase(Text(u"a"));
-                  report.newPage();
-                  report.closeReport();
-                });
-              }),
-              482)
-        << call;
+    EXPECT_EQ(errorOf([&] { asked(torPRINTER, page); }), 482) << call;
   }
 }
 

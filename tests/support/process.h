@@ -42,7 +42,7 @@ bool waitUntil(Question&& question, std::chrono::seconds limit = std::chrono::se
 class Process {
  public:
   struct Options {
-    std::string output;         // a file for what it writes; nowhere when empty
+    std::string output = {};    // a file for what it writes; nowhere when empty
     bool unprivileged = false;  // without the rights of root
     int inherited = -1;         // a descriptor that it keeps
   };

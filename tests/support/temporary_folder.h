@@ -42,8 +42,9 @@ class TemporaryFolder {
   std::string file(std::string_view name) const { return *this / name; }
   Text text(std::string_view name) const { return fromUtf8(*this / name); }
 
-  // The path of the file.
+  // The path of the file; the folders on its way are made.
   std::string put(std::string_view name, std::string_view bytes) const {
+    std::filesystem::create_directories((path_ / name).parent_path());
     setContent(*this / name, bytes);
     return *this / name;
   }

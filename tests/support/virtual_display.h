@@ -21,7 +21,7 @@ class VirtualDisplay {
     server_.emplace(
         std::vector<std::string>{"Xvfb", "-displayfd", std::to_string(ends[1]), "-screen", "0",
                                  screen, "-dpi", "96", "-nolisten", "tcp", "-noreset"},
-        Process::Options{.output = {}, .inherited = ends[1]});
+        Process::Options{.inherited = ends[1]});
     ::close(ends[1]);
     // The server writes the number of its display as soon as it takes connections.
     std::string number;

@@ -25,29 +25,22 @@ TEST(Face, FixedPitchIsTheTwinAndNeverAProportionalStandIn) {
   EXPECT_LT(sans.glyph(U'i').advance, sans.glyph(U'M').advance);
 }
 
-struct WidthCase {
-  std::u16string_view text;
-  int cells;
-};
-
-constexpr WidthCase kWidths[] = {
-    {u"", 0},
-    {u"abc", 3},
-    {u"perché €", 8},
-    {u"a\r\n\u0081b", 5},  // controls are blanks
-    {u"e\u0301x", 2},      // an accent joins its letter
-    {u"e\u0301\u0300", 1},
-    {u"a\u2603b", 3},      // not in the face
-    {u"\U0001F600", 2},    // nor is this, and it is wider than a cell
-    {u"\u05d0\u05d1", 2},  // right to left
-    {u"\u2500|", 2},
-};
-
 TEST(Text, FixedPitchAdvancesByWholeCells) {
+  const std::pair<std::u16string_view, int> cells[] = {
+      {u"", 0},
+      {u"perché €", 8},
+      {u"a\r\n\u0081b", 5},  // controls are blanks
+      {u"e\u0301x", 2},      // an accent joins its letter
+      {u"e\u0301\u0300", 1},
+      {u"a\u2603b", 3},      // not in the face
+      {u"\U0001F600", 2},    // nor is this, and it is wider than a cell
+      {u"\u05d0\u05d1", 2},  // right to left
+      {u"\u2500|", 2},
+  };
   FaceBook book;
   const Font font{&book.face({"Courier New", false, false, true}), 10};
-  for (const WidthCase& c : kWidths)
-    EXPECT_NEAR(textWidth(font, c.text), c.cells * font.cell(), 0.01) << toUtf8(c.text);
+  for (const auto& [text, count] : cells)
+    EXPECT_NEAR(textWidth(font, text), count * font.cell(), 0.01) << toUtf8(text);
 }
 
 TEST(Text, ProportionalWidthsAddUp) {

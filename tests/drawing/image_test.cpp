@@ -45,23 +45,25 @@ std::string jpegOf(J_COLOR_SPACE space, const std::vector<JSAMPLE>& dot) {
   return out;
 }
 
-std::string pngOf(const std::string& path) {
-  const Handle<cairo_surface_t, cairo_surface_destroy> surface(
-      cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 3, 2));
-  cairo_surface_write_to_png(surface.get(), path.c_str());
-  return contentOf(path);
-}
-
 std::uint32_t firstDot(const Image& image) {
   std::uint32_t dot = 0;
   std::memcpy(&dot, cairo_image_surface_get_data(image.handle()), 4);
   return dot & 0xFFFFFF;
 }
 
-TEST(Image, ReadsBothKinds) {
-  const TemporaryFolder folder;
-  pngOf(folder / "a.png");
-  EXPECT_EQ(Image(folder / "a.png").dots().width, 3);
+class ImageTest : public testing::Test {
+ protected:
+  ImageTest() {
+    const Handle<cairo_surface_t, cairo_surface_destroy> surface(
+        cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 3, 2));
+    cairo_surface_write_to_png(surface.get(), png_.c_str());
+  }
+  const TemporaryFolder folder_;
+  const std::string png_ = folder_ / "a.png";
+};
+
+TEST_F(ImageTest, ReadsBothKinds) {
+  EXPECT_EQ(Image(png_).dots().width, 3);
   struct Case {
     J_COLOR_SPACE space;
     std::vector<JSAMPLE> dot;
@@ -73,15 +75,14 @@ TEST(Image, ReadsBothKinds) {
       {JCS_CMYK, {255, 255, 0, 128}, 0x808000},  // inks inverted: 255 is none
   };
   for (const Case& c : cases) {
-    const Image image(folder.put("a.jpg", jpegOf(c.space, c.dot)));
+    const Image image(folder_.put("a.jpg", jpegOf(c.space, c.dot)));
     EXPECT_EQ(image.dots().height, 8);
     EXPECT_EQ(firstDot(image), c.colour);
   }
 }
 
-TEST(Image, RefusesWhatIsNoPicture) {
-  const TemporaryFolder folder;
-  const std::string png = pngOf(folder / "a.png");
+TEST_F(ImageTest, RefusesWhatIsNoPicture) {
+  const std::string png = contentOf(png_);
   const std::string jpeg = jpegOf(JCS_RGB, {1, 2, 3});
   std::string huge = png;
   huge.replace(16, 8, "\x7F\xFF\xFF\xFF\x7F\xFF\xFF\xFF", 8);
@@ -100,13 +101,13 @@ TEST(Image, RefusesWhatIsNoPicture) {
   };
   for (const Case& c : cases) {
     try {
-      const Image image(folder.put("bad", c.bytes));
+      const Image image(folder_.put("bad", c.bytes));
       ADD_FAILURE() << "taken: " << c.message;
     } catch (const Error& error) {
       EXPECT_STREQ(error.what(), c.message);
     }
   }
-  EXPECT_THROW(Image(folder / "none.png"), Error);
+  EXPECT_THROW(Image(folder_ / "none.png"), Error);
   EXPECT_THROW(Image("/dev/zero"), Error);
 }
 

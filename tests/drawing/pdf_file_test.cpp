@@ -3,9 +3,6 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <cerrno>
-
-#include "drawing/error.h"
 #include "support/temporary_folder.h"
 
 namespace veltgeneral::drawing {
@@ -36,31 +33,6 @@ TEST(PdfFile, AppearsWholeOrNotAtAll) {
   EXPECT_TRUE(fs::is_symlink(folder / "link.pdf"));
   EXPECT_EQ(static_cast<int>(fs::status(path).permissions()), 0640);
   EXPECT_EQ(folder.fileCount(), 2u);
-}
-
-TEST(PdfFile, RefusesPlacesThatAreNoFile) {
-  const TemporaryFolder folder;
-  struct Case {
-    std::string path;
-    int systemError;
-  };
-  const Case cases[] = {
-      {folder / "", EISDIR},
-      {folder / "none/a.pdf", ENOENT},
-      {folder.put("file", "") + "/a.pdf", ENOTDIR},
-      {"/dev/null", 0},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.path);
-    try {
-      PdfFile file(c.path, kA4);
-      ADD_FAILURE() << "taken";
-    } catch (const Error& error) {
-      EXPECT_EQ(error.systemError(), c.systemError) << error.what();
-    }
-  }
-  EXPECT_TRUE(fs::is_character_file("/dev/null"));
-  EXPECT_EQ(folder.fileCount(), 1u);
 }
 
 }  // namespace

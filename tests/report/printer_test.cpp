@@ -101,8 +101,9 @@ TEST_F(PrinterTest, WhatFailsOrIsNotEndedLeavesTheFileAsItWas) {
     EXPECT_EQ(errorOf([&] { report_.prtTesto(1.0, 1.0, size, false, false, u"a"); }), 380);
     report_.closeReport();
   }
-  for (const auto& [place, error] :
-       {std::pair{folder_ / "none/report.pdf", 76}, {folder_ / "", 75}}) {
+  for (const auto& [place, error] : {std::pair{folder_ / "none/report.pdf", 76},
+                                     {folder_ / "", 75},
+                                     {file + "/report.pdf", 76}}) {
     choose("pdf:" + place);
     EXPECT_EQ(errorOf([&] { printTwoPages(report_); }), error) << place;
     report_.closeReport();

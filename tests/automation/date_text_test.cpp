@@ -57,6 +57,8 @@ const Case kCases[] = {
     {u"1/1/0050", kNone, kNone},
     // Parts left out.
     {u"1/2", kThisYearJan2, kThisYearFeb1},
+    {u"13/2", at(civilTime(now()).year, 2, 13), at(civilTime(now()).year, 2, 13)},
+    {u"2/13", at(civilTime(now()).year, 2, 13), at(civilTime(now()).year, 2, 13)},
     {u"2020/3", at(2020, 3, 1), at(2020, 3, 1)},
     {u"3/2020", at(2020, 3, 1), at(2020, 3, 1)},
     // Month names, the locale's alone, in any case.

@@ -135,6 +135,9 @@ static void arrays_are_read_and_written_in_bulk(void) {
   size_t length = 0;
   CHECK(vg_array_get_utf8(table, last, &cell, &length) == 0 && length == 2 && !strcmp(cell, "c2"));
   CHECK(vg_array_get_utf8(table, outside, &cell, &length) == 9);
+  const char16_t* wide = NULL;
+  CHECK(vg_array_get_utf16(table, last, &wide, &length) == 0 && length == 2 && wide[1] == u'2');
+  CHECK(vg_array_get_utf16(table, outside, &wide, &length) == 9);
   CHECK(vg_array_set_utf8(table, last, "\xE2\x82\xAC", VG_TO_NUL) == 0);
 
   size_t needed = 0;

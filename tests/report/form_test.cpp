@@ -53,8 +53,8 @@ struct Shot {
   }
 };
 
-Shot screen(const Observer& observer, int width = kWidth, int height = kHeight) {
-  return {width, height, observer.look(width, height)};
+bool comesToShow(const Observer& observer, const Shot& page) {
+  return test::waitUntil([&] { return observer.look(kWidth, kHeight) == page.dots; });
 }
 
 // What the screen shows once the dot (x, y) has the colour `dot`: the server takes its time.
@@ -62,7 +62,7 @@ Shot screenWith(const Observer& observer, int x, int y, std::uint32_t dot, int w
                 int height = kHeight) {
   Shot shot;
   EXPECT_TRUE(test::waitUntil([&] {
-    shot = screen(observer, width, height);
+    shot = {width, height, observer.look(width, height)};
     return shot.at(x, y) == dot;
   }));
   return shot;
@@ -109,11 +109,10 @@ void expectPage(const Shot& shot) {
   const auto at = [](double centimetres) {
     return static_cast<int>(std::lround(centimetres * 567 * 0.7 / 15));
   };
-  for (const auto& [x, y] : {std::pair{1.0, 1.0}, {19.0, 1.0}, {1.0, 27.0}, {19.0, 27.0}}) {
-    EXPECT_EQ(shot.at(at(x), at(y)), kBlack) << x << " " << y;
-    EXPECT_EQ(shot.at(at(x) - 2, at(y) - 2), kWhite) << x << " " << y;
-    EXPECT_EQ(shot.at(at(x) + 2, at(y) + 2), kWhite) << x << " " << y;
-  }
+  for (const double x : {1.0, 19.0})
+    for (const double y : {1.0, 27.0})
+      for (const int beside : {-2, 0, 2})
+        EXPECT_EQ(shot.at(at(x) + beside, at(y) + beside), beside == 0 ? kBlack : kWhite);
   EXPECT_EQ(shot.at(at(10), at(2)), kBlack);        // the rule under the header
   EXPECT_EQ(shot.at(at(3), at(5)), 0xFF0000u);      // red has the lowest byte
   EXPECT_EQ(shot.at(at(7), at(5)) & 0xFF00FF, 0u);  // green
@@ -156,12 +155,12 @@ TEST_F(FormTest, ShowsThePageAndIsRepaintedByTheServer) {
   const std::string hints = observer.property(window, XCB_ATOM_WM_NORMAL_HINTS);
   ASSERT_EQ(hints.size(), 72u);
   EXPECT_EQ(hints.substr(20, 8), hints.substr(28, 8));  // the smallest size is the largest
-  EXPECT_TRUE(test::waitUntil([&] { return screen(observer).dots == expected.dots; }));
+  EXPECT_TRUE(comesToShow(observer, expected));
   observer.coverForAMoment();
-  EXPECT_TRUE(test::waitUntil([&] { return screen(observer).dots == expected.dots; }));
+  EXPECT_TRUE(comesToShow(observer, expected));
 
   report_.newPage();
-  EXPECT_TRUE(test::waitUntil([&] { return screen(observer).dots == expected.dots; }));
+  EXPECT_TRUE(comesToShow(observer, expected));
   // Another object draws on the same form; what was there stays.
   Reporting().prtBox(2.0, 20.0, 3.0, 21.0, 0xFF0000);
   EXPECT_EQ(formOn(observer), window);
@@ -248,19 +247,11 @@ TEST_F(FormTest, ALostDisplayIsAnErrorAndNoMore) {
 
 TEST_F(FormTest, PicturesAppearWholeOrNotAtAll) {
   const TemporaryFolder folder;
-  struct Case {
-    std::string file;
-    std::int32_t error;
-  };
-  const Case cases[] = {
-      {folder / "none/page.png", 76},
-      {folder / "", 75},
-      {folder / "page.png", 0},
-  };
-  for (const Case& c : cases) {
-    ::setenv("VELTGENERAL_FORM", ("image:" + c.file).c_str(), 1);
-    EXPECT_EQ(errorOf([&] { report_.openReport(); }), c.error) << c.file;
-    EXPECT_EQ(errorOf([&] { report_.closeReport(); }), 0) << c.file;
+  for (const auto& [file, error] :
+       {std::pair{folder / "none/page.png", 76}, {folder / "", 75}, {folder / "page.png", 0}}) {
+    ::setenv("VELTGENERAL_FORM", ("image:" + file).c_str(), 1);
+    EXPECT_EQ(errorOf([&] { report_.openReport(); }), error) << file;
+    EXPECT_EQ(errorOf([&] { report_.closeReport(); }), 0) << file;
   }
   EXPECT_EQ(folder.fileCount(), 1u);
   EXPECT_EQ(picture(folder / "page.png").at(100, 100), 0xFFFFFFu);

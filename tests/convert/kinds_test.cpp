@@ -71,6 +71,13 @@ const Row kRows[] = {
     {Decimal{35, 0, 0, 1, false},
      {"int16 0", "boolean False", "text PT0H0M21S", "real 0", "int16 4", "real 3.5", "text ''",
       "int16 -4", "int16 4"}},
+    // 1 and the least that a decimal can add, which no double has; 1.0.
+    {Decimal{0x10000001, 0x3E250261, 0x204FCE5E, 28, false},
+     {"int16 0", "boolean False", "text PT0H0M6S", "real 0", "int16 1", "real 1", "text ''",
+      "int16 -1", "int16 1"}},
+    {Decimal{10, 0, 0, 1, false},
+     {"int16 0", "boolean True", "text PT0H0M6S", "real 0", "int16 1", "real 1", "text ''",
+      "int16 -1", "int16 1"}},
     {Decimal{40000, 0, 0, 0, false},
      {"int16 0", "boolean False", "text PT66H40M0S", "real 0", "error 6", "real 40000", "text ''",
       "error 6", "error 6"}},

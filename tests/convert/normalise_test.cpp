@@ -60,14 +60,6 @@ Text expectedOf(const Member& member, TextView text) {
   return expected.empty() ? Text(u" ") : expected;
 }
 
-auto success(const char* name) {
-  return test::fields(ErrInfo(0, u"", eiINFORMATIONTYPE, fromUtf8(name), Text(u"VELTGENERAL")));
-}
-
-auto failure(std::int32_t number, TextView message, const char* name) {
-  return test::fields(ErrInfo(number, message, eiERRORTYPE, fromUtf8(name), Text(u"VELTGENERAL")));
-}
-
 struct Sample {
   TextView text;
   TextView expected[5];  // in the members' order
@@ -94,7 +86,8 @@ TEST(Normalise, ByTables) {
     for (std::size_t i = 0; i < std::size(kMembers); ++i) {
       SCOPED_TRACE(std::string(kMembers[i].name).append(" ").append(toUtf8(sample.text)));
       Text same(sample.text);
-      EXPECT_EQ(test::fields((f.*kMembers[i].call)(same, same)), success(kMembers[i].name));
+      EXPECT_EQ(test::fields((f.*kMembers[i].call)(same, same)),
+                test::ofModule(0, "", kMembers[i].name));
       EXPECT_EQ(same, sample.expected[i]);
     }
   }
@@ -137,7 +130,8 @@ TEST(Normalise, TextsTooLongToCountAreReportedLoggedAndLeftAlone) {
     EXPECT_TRUE((f.*member.call)(text, text).isSuccess());
     text += u'\'';
     Text out = u"before";
-    EXPECT_EQ(test::fields((f.*member.call)(text, out)), failure(6, u"Overflow", member.name));
+    EXPECT_EQ(test::fields((f.*member.call)(text, out)),
+              test::ofModule(6, "Overflow", member.name));
     EXPECT_EQ(out, u"before");
     const std::string log = test::contentOf(host / "home/tarnview.log");
     const std::string place = std::string("[VELTGENERAL] [") + member.name + "]";
@@ -155,7 +149,7 @@ TEST(Normalise, VariantsKeepTheAbsenceOfAValue) {
   }
   Variant value = Text(u"l'uno ");
   EXPECT_EQ(test::fields(f.normStringOnlyApiceWithNull(value, value)),
-            success("normStringOnlyApice"));
+            test::ofModule(0, "", "normStringOnlyApice"));
   EXPECT_EQ(value, Variant(Text(u"l''uno")));
   Variant out;
   f.normStringOnlyApiceWithNull(std::int16_t{-7}, out);
@@ -163,9 +157,9 @@ TEST(Normalise, VariantsKeepTheAbsenceOfAValue) {
 
   // What has no text fails here, what is too long fails where the apostrophes are doubled.
   EXPECT_EQ(test::fields(f.normStringOnlyApiceWithNull(Bytes{1}, out)),
-            failure(13, u"Type mismatch", "normStringOnlyApiceWithNull"));
+            test::ofModule(13, "Type mismatch", "normStringOnlyApiceWithNull"));
   EXPECT_EQ(test::fields(f.normStringOnlyApiceWithNull(Text(32768, u'x'), out)),
-            failure(6, u"Overflow", "normStringOnlyApice"));
+            test::ofModule(6, "Overflow", "normStringOnlyApice"));
   EXPECT_EQ(out, Variant(Text(u"-7")));
   const std::string log = test::contentOf(host / "home/tarnview.log");
   EXPECT_EQ(std::ranges::count(log, '\n'), 2);

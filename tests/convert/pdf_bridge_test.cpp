@@ -15,10 +15,6 @@ namespace fs = std::filesystem;
 using test::contentOf;
 using test::setContent;
 
-auto failure(std::int32_t number, TextView message, TextView location) {
-  return test::fields(ErrInfo(number, message, eiERRORTYPE, location, Text(u"VELTGENERAL")));
-}
-
 class PdfBridge : public ::testing::Test {
  protected:
   void SetUp() override {
@@ -50,10 +46,10 @@ TEST_F(PdfBridge, FilesGoToTheGenerator) {
 
   setContent(host_ / "drive/doc.txt", "ended");
   EXPECT_EQ(test::fields(f_.createPdfFile(u"C:\\doc.txt", u"C:\\doc.pdf")),
-            failure(eiABORTED, u"perché", u"createPdfFile"));
+            test::ofModule(eiABORTED, "perché", "createPdfFile"));
   setContent(host_ / "drive/doc.txt", "full");
   EXPECT_EQ(test::fields(f_.createPdfFile(u"C:\\doc.txt", u"C:\\doc.pdf")),
-            failure(eiABORTED, Text(150, u'x'), u"createPdfFile"));
+            test::ofModule(eiABORTED, std::string(150, 'x'), "createPdfFile"));
   EXPECT_EQ(f_.createPdfFile(u"Q:\\doc.txt", u"C:\\doc.pdf").numberInfo(), 76);
   EXPECT_EQ(logged(), 3u);
 }
@@ -61,7 +57,7 @@ TEST_F(PdfBridge, FilesGoToTheGenerator) {
 TEST_F(PdfBridge, ALibraryThatIsNoneIsReported) {
   const auto call = [&] { return test::fields(f_.createPdfFile(u"a", u"b")); };
   use("/nowhere/generator.so");
-  EXPECT_EQ(call(), failure(53, u"File not found", u"createPdfFile"));
+  EXPECT_EQ(call(), test::ofModule(53, "File not found", "createPdfFile"));
   use(NO_GENERATOR);
   EXPECT_EQ(std::get<0>(call()), 453);
   setContent(host_ / "text.so", "no library");
@@ -93,7 +89,7 @@ TEST_F(PdfBridge, StreamsComeBackByteForByte) {
   EXPECT_LE(names[0].size(), std::string("cmd.7055").size());
 
   EXPECT_EQ(test::fields(f_.createPdfStream(Text(u"ended"), stream)),
-            failure(eiABORTED, u"perché", u"createPdfStream"));
+            test::ofModule(eiABORTED, "perché", "createPdfStream"));
   EXPECT_EQ(f_.createPdfStream(Null{}, stream).numberInfo(), 94);
   EXPECT_EQ(toBytes(std::get<Text>(stream)), expected);
   EXPECT_EQ(logged(), 2u);
@@ -131,7 +127,7 @@ TEST_F(PdfBridge, FoldersAreThoseOfTheHost) {
   ::setenv("VELTGENERAL_SYSTEM_DIR", ("/" + std::string(254, 's')).c_str(), 1);
   ::setenv("VELTGENERAL_WINDOWS_DIR", ("/" + std::string(255, 'w')).c_str(), 1);
   EXPECT_EQ(test::fields(f_.getWinAndSistemDir(windows, system)),
-            failure(eiABORTED, u"", u"getWinAndSistemDir"));
+            test::ofModule(eiABORTED, "", "getWinAndSistemDir"));
   EXPECT_EQ(windows, u"before");
   EXPECT_EQ(system.size(), 255u);
   EXPECT_EQ(logged(), 0u);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <ostream>
+#include <string>
 #include <tuple>
 
 #include "veltgeneral/err_info.h"
@@ -29,6 +30,13 @@ inline auto failure(std::int32_t number, const char* message, const char* locati
                     const char* className) {
   return std::tuple(number, std::string(message), std::int16_t{1}, std::string(location),
                     std::string(className), std::string("VELTGENERAL"), std::string());
+}
+
+// Of the members that name the module where others name the class: a success without a message, or
+// a failure.
+inline auto ofModule(std::int32_t number, const std::string& message, const char* location) {
+  return std::tuple(number, message, std::int16_t(number == 0 ? 3 : 1), std::string(location),
+                    std::string("VELTGENERAL"), std::string(), std::string());
 }
 
 inline auto fresh() { return fields(ErrInfo()); }

@@ -141,7 +141,6 @@ class VELTGENERAL_API ErrInfo {
   };
 
   const Origin& origin() const noexcept;
-  Origin& ownOrigin();
   std::string logRecord() const;
 
   std::int32_t numberInfo_ = 0;

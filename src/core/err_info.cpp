@@ -44,12 +44,6 @@ const ErrInfo::Origin& ErrInfo::origin() const noexcept {
   return origin_ ? *origin_ : kNone;
 }
 
-// One to change; copies keep theirs.
-ErrInfo::Origin& ErrInfo::ownOrigin() {
-  if (origin_.use_count() != 1) origin_ = std::make_shared<Origin>(origin());
-  return *origin_;
-}
-
 ErrInfo::ErrInfo(std::int32_t lNumberInfo, TextView sDescriptionInfo, typeInfoCostant iTypeInfo,
                  TextView sLocationInfo, const Variant& vntClassInfo, const Variant& vntProcessInfo,
                  const Variant& vntStepInfo) {
@@ -89,7 +83,9 @@ std::int16_t ErrInfo::ErrInfoNew(structError& structErrInfo) {
     requireNumeric(from.vntTypeInfo);
     typeInfo_ = toInt16(from.vntTypeInfo);
   }
-  Origin& to = ownOrigin();
+  // Never changed in place: another thread may be reading it in a copy.
+  origin_ = std::make_shared<Origin>(origin());
+  Origin& to = *origin_;
   take(to.location, from.vntLocationInfo);
   take(to.process, from.vntProcessInfo);
   take(to.className, from.vntClassInfo);

@@ -6,7 +6,6 @@
 //   // arguments[1] now holds the text, result an object with the members of ErrInfo
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -25,8 +24,8 @@ enum class Direction : std::uint8_t { in, inOut };
 // an enumeration's kind is int32, that of a record or class is object. `isVariant` values take any
 // kind, and `isVoid` is the result of a member that has none.
 struct ValueType {
-  Kind kind = Kind::empty;
   std::string_view name{};
+  Kind kind = Kind::empty;
   bool isVariant = false;
   bool isVoid = false;
 };
@@ -45,15 +44,10 @@ struct Member {
   using Invoke = Variant (*)(void* instance, Variant* const* arguments);
 
   std::string_view name;
-  CallKind kind = CallKind::method;
-  ValueType result;
-  std::array<Parameter, kMaxParameters> parameterStorage{};
-  std::size_t parameterCount = 0;
+  ValueType result{};
+  std::span<const Parameter> parameters{};
   Invoke invoke = nullptr;  // the component's own business
-
-  constexpr std::span<const Parameter> parameters() const {
-    return {parameterStorage.data(), parameterCount};
-  }
+  CallKind kind = CallKind::method;
 };
 
 struct Enumerator {

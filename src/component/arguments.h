@@ -46,7 +46,7 @@ constexpr ValueType valueTypeOf() {
   else if constexpr (std::is_same_v<Bare, Variant>)
     return {.isVariant = true};
   else
-    return {.kind = kindFor<Bare>(), .name = kTypeName<Bare>};
+    return {.name = kTypeName<Bare>, .kind = kindFor<Bare>()};
 }
 
 // What changes in the caller's hands: references and pointers to what is not const.

@@ -70,12 +70,12 @@ vg_status vg_member_result(const vg_member* member, vg_type* type) {
 }
 
 size_t vg_member_parameter_count(const vg_member* member) {
-  return member == nullptr ? 0 : rowOf(member)->parameterCount;
+  return member == nullptr ? 0 : rowOf(member)->parameters.size();
 }
 
 vg_status vg_member_parameter(const vg_member* member, size_t position, vg_parameter* parameter) {
   return guarded([&] {
-    const auto parameters = rowOf(&needed(member))->parameters();
+    const auto parameters = rowOf(&needed(member))->parameters;
     if (position >= parameters.size()) raise(RunTime::subscriptOutOfRange);
     const Parameter& from = parameters[position];
     needed(parameter) = {nameOf(from.name), typeOf(from.type),

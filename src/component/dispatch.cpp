@@ -82,7 +82,7 @@ Variant standIn(const Parameter& parameter) {
 
 // Runs the row; what was left out gets its default, or is error 449.
 Variant run(ComponentObject& object, const Member& member, Slots& slots) {
-  const auto parameters = member.parameters();
+  const auto parameters = member.parameters;
   std::vector<Variant> defaults;
   for (std::size_t i = 0; i < parameters.size(); ++i) {
     if (slots[i] != nullptr && kindOf(*slots[i]) != Kind::missing) continue;
@@ -95,10 +95,11 @@ Variant run(ComponentObject& object, const Member& member, Slots& slots) {
 // The arguments by position, null beyond the last. `place` says where each of them lies.
 template <class Arguments, class Place>
 Slots positionalSlots(const Member& member, Arguments arguments, Place place) {
-  if (arguments.size() > member.parameterCount) fail(RunTime::wrongArgumentCount);
+  if (arguments.size() > member.parameters.size()) fail(RunTime::wrongArgumentCount);
   Slots slots;
   const auto end = std::ranges::transform(arguments, slots.begin(), place);
-  std::fill(end.out, slots.begin() + static_cast<std::ptrdiff_t>(member.parameterCount), nullptr);
+  std::fill(end.out, slots.begin() + static_cast<std::ptrdiff_t>(member.parameters.size()),
+            nullptr);
   return slots;
 }
 
@@ -107,7 +108,7 @@ Slots positionalSlots(const Member& member, std::span<Variant> arguments) {
 }
 
 void placeNamed(const Member& member, std::span<const NamedArgument> named, Slots& slots) {
-  const auto parameters = member.parameters();
+  const auto parameters = member.parameters;
   for (const NamedArgument& argument : named) {
     const auto found = std::ranges::find_if(parameters, [&](const Parameter& parameter) {
       return sameName(argument.name, parameter.name);

@@ -4,12 +4,15 @@
 // the published names, and which arguments may be left out. Row order is slot order: append, never
 // reorder.
 //
-//   constexpr Member kRows[] = {
+//   constexpr Row kRows[] = {
 //       get<&ErrInfo::numberInfo>("numberInfo"),
 //       method<&ErrInfo::writeLog>("writeLog", optional("sErrLogName")),
 //   };
 #pragma once
 
+#include <algorithm>
+#include <array>
+#include <span>
 #include <tuple>
 #include <utility>
 
@@ -17,6 +20,45 @@
 #include "veltgeneral/component.h"
 
 namespace veltgeneral {
+
+// A row as it is written.
+struct Row {
+  Member member{};
+  std::array<Parameter, Member::kMaxParameters> parameters{};
+  std::size_t parameterCount = 0;
+};
+
+// A table as it is kept, without room for parameters that no row has: the loader copies each page
+// of a table when it puts in the addresses.
+template <const auto& rows>
+class MemberTable {
+  static constexpr std::size_t kParameterCount = [] {
+    std::size_t count = 0;
+    for (const Row& row : rows) count += row.parameterCount;
+    return count;
+  }();
+
+  static constexpr auto kParameters = [] {
+    std::array<Parameter, kParameterCount> all{};
+    auto end = all.begin();
+    for (const Row& row : rows) {
+      end = std::copy_n(row.parameters.begin(), row.parameterCount, end);
+    }
+    return all;
+  }();
+
+ public:
+  static constexpr auto kMembers = [] {
+    std::array<Member, std::size(rows)> all{};
+    std::span<const Parameter> rest(kParameters);
+    for (std::size_t i = 0; i < all.size(); ++i) {
+      all[i] = rows[i].member;
+      all[i].parameters = rest.first(rows[i].parameterCount);
+      rest = rest.subspan(rows[i].parameterCount);
+    }
+    return all;
+  }();
+};
 
 struct ParameterName {
   // NOLINTNEXTLINE(google-explicit-constructor): a row lists plain names
@@ -93,17 +135,16 @@ Variant invokeMember(void* instance, Variant* const* values) {
 }
 
 template <auto F>
-constexpr Member memberRow(std::string_view name, CallKind kind,
-                           std::initializer_list<ParameterName> names) {
+constexpr Row memberRow(std::string_view name, CallKind kind,
+                        std::initializer_list<ParameterName> names) {
   using S = Signature<decltype(F)>;
-  Member row;
-  row.name = name;
-  row.kind = kind;
-  row.result = valueTypeOf<typename S::Result>();
-  row.parameterCount = S::kCount;
-  row.invoke = &invokeMember<F>;
+  Row row{.member = {.name = name,
+                     .result = valueTypeOf<typename S::Result>(),
+                     .invoke = &invokeMember<F>,
+                     .kind = kind},
+          .parameterCount = S::kCount};
   [&]<std::size_t... I>(std::index_sequence<I...>) {
-    ((row.parameterStorage[I] =
+    ((row.parameters[I] =
           Parameter{.name = names.begin()[I].name,
                     .type = valueTypeOf<std::tuple_element_t<I, typename S::Arguments>>(),
                     .direction = directionOf<std::tuple_element_t<I, typename S::Arguments>>(),
@@ -116,19 +157,19 @@ constexpr Member memberRow(std::string_view name, CallKind kind,
 }
 
 template <auto F, class... Names>
-constexpr Member method(std::string_view name, Names... names) {
+constexpr Row method(std::string_view name, Names... names) {
   static_assert(sizeof...(Names) == Signature<decltype(F)>::kCount, "one name an argument");
   return memberRow<F>(name, CallKind::method, {ParameterName(names)...});
 }
 
 template <auto F>
-constexpr Member get(std::string_view name) {
+constexpr Row get(std::string_view name) {
   static_assert(Signature<decltype(F)>::kCount == 0);
   return memberRow<F>(name, CallKind::propertyGet, {});
 }
 
 template <auto F>
-constexpr Member put(std::string_view name) {
+constexpr Row put(std::string_view name) {
   static_assert(Signature<decltype(F)>::kCount == 1);
   return memberRow<F>(name, CallKind::propertyPut, {ParameterName("value")});
 }
@@ -140,31 +181,28 @@ template <class C, class T>
 constexpr T typeOfField(T C::*);
 
 template <auto F>
-constexpr Member getField(std::string_view name) {
-  Member row;
-  row.name = name;
-  row.kind = CallKind::propertyGet;
-  row.result = valueTypeOf<decltype(typeOfField(F))>();
-  row.invoke = [](void* instance, Variant* const*) -> Variant {
-    return static_cast<decltype(instanceOfField(F))*>(instance)->*F;
-  };
-  return row;
+constexpr Row getField(std::string_view name) {
+  return {.member = {.name = name,
+                     .result = valueTypeOf<decltype(typeOfField(F))>(),
+                     .invoke = [](void* instance, Variant* const*) -> Variant {
+                       return static_cast<decltype(instanceOfField(F))*>(instance)->*F;
+                     },
+                     .kind = CallKind::propertyGet}};
 }
 
 template <auto F>
-constexpr Member putField(std::string_view name) {
+constexpr Row putField(std::string_view name) {
   using T = decltype(typeOfField(F));
-  Member row;
-  row.name = name;
-  row.kind = CallKind::propertyPut;
-  row.result = {.isVoid = true};
-  row.parameterStorage[0] = {.name = "value", .type = valueTypeOf<T>()};
-  row.parameterCount = 1;
-  row.invoke = [](void* instance, Variant* const* values) -> Variant {
-    static_cast<decltype(instanceOfField(F))*>(instance)->*F = coerceTo<T>(*values[0]);
-    return Empty{};
-  };
-  return row;
+  return {.member = {.name = name,
+                     .result = {.isVoid = true},
+                     .invoke = [](void* instance, Variant* const* values) -> Variant {
+                       static_cast<decltype(instanceOfField(F))*>(instance)->*F =
+                           coerceTo<T>(*values[0]);
+                       return Empty{};
+                     },
+                     .kind = CallKind::propertyPut},
+          .parameters = {Parameter{.name = "value", .type = valueTypeOf<T>()}},
+          .parameterCount = 1};
 }
 
 }  // namespace veltgeneral

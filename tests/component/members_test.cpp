@@ -38,8 +38,8 @@ std::string listing() {
     for (const Member& member : type.members) {
       constexpr const char* kKinds[] = {"method", "get   ", "put   "};
       out << "  " << kKinds[static_cast<std::size_t>(member.kind)] << ' ' << member.name << '(';
-      for (const Parameter& each : member.parameters()) {
-        out << (&each == member.parameters().data() ? "" : ", ") << (each.optional ? "[" : "")
+      for (const Parameter& each : member.parameters) {
+        out << (&each == member.parameters.data() ? "" : ", ") << (each.optional ? "[" : "")
             << each.name << ": " << each.type
             << (each.direction == Direction::inOut ? " in/out" : "");
         if (each.optional && !each.type.isVariant) out << " = " << each.defaultNumber;
@@ -69,7 +69,7 @@ TEST(Members, TablesAreSound) {
       SCOPED_TRACE(std::string(type.name) + "." + std::string(member.name));
       EXPECT_TRUE(names.emplace(member.kind, folded(member.name)).second);
       (member.kind == CallKind::method ? methods : properties).insert(folded(member.name));
-      const auto parameters = member.parameters();
+      const auto parameters = member.parameters;
       EXPECT_TRUE(
           std::ranges::is_partitioned(parameters, std::logical_not(), &Parameter::optional));
       std::set<std::string> arguments;

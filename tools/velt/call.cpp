@@ -91,7 +91,7 @@ Call::Call(const Options& options) {
 
 const Variant* Call::argument(std::size_t position) const {
   if (position < positional_.size()) return &positional_[position];
-  const std::string_view name = member_->parameters()[position].name;
+  const std::string_view name = member_->parameters[position].name;
   const auto found = std::ranges::find_if(
       named_, [&](const Named& each) { return sameName(toUtf8(each.name), name); });
   return found == named_.end() ? nullptr : &found->value;
@@ -99,7 +99,7 @@ const Variant* Call::argument(std::size_t position) const {
 
 void Call::run() {
   // What the member only gives back need not be said.
-  const auto parameters = member_->parameters();
+  const auto parameters = member_->parameters;
   for (std::size_t i = positional_.size(); i < parameters.size(); ++i) {
     const bool given = parameters[i].direction == Direction::inOut && !parameters[i].optional;
     if (given && argument(i) == nullptr) {
@@ -121,7 +121,7 @@ bool Call::failed() const {
 
 std::vector<Call::Changed> Call::changed() const {
   std::vector<Changed> out;
-  const auto parameters = member_->parameters();
+  const auto parameters = member_->parameters;
   for (std::size_t i = 0; i < parameters.size(); ++i) {
     const Variant* value = argument(i);
     if (value == nullptr) continue;
@@ -135,7 +135,7 @@ std::vector<Call::Changed> Call::changed() const {
 
 bool Call::hasRaw() const {
   return mayBeRaw(member_->result) ||
-         std::ranges::any_of(member_->parameters(), [](const Parameter& parameter) {
+         std::ranges::any_of(member_->parameters, [](const Parameter& parameter) {
            return parameter.direction == Direction::inOut && mayBeRaw(parameter.type);
          });
 }

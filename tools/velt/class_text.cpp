@@ -42,7 +42,7 @@ std::string typeText(const ValueType& type) {
 std::string signatureText(const Member& member) {
   std::string text(member.name);
   text += '(';
-  for (const Parameter& parameter : member.parameters()) {
+  for (const Parameter& parameter : member.parameters) {
     if (!text.ends_with('(')) text += ", ";
     text += parameterText(parameter);
   }
@@ -53,7 +53,7 @@ std::string signatureText(const Member& member) {
 
 Json memberJson(const Member& member) {
   Json parameters = Json::array();
-  for (const Parameter& each : member.parameters()) parameters.push_back(parameterJson(each));
+  for (const Parameter& each : member.parameters) parameters.push_back(parameterJson(each));
   Json result = member.result.isVoid ? Json() : Json(typeText(member.result));
   return {{"name", member.name},
           {"kind", kMemberKinds[static_cast<std::size_t>(member.kind)]},

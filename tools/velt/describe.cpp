@@ -20,7 +20,7 @@ std::string readableText(const Member& member) {
   // A property takes no argument to read and its new value to assign.
   text = std::string(member.name);
   if (member.kind == CallKind::propertyGet) return text + " -> " + typeText(member.result);
-  return text + " = " + typeText(member.parameters().back().type);
+  return text + " = " + typeText(member.parameters.back().type);
 }
 
 void printEnumeration(const Enumeration& enumeration) {

@@ -6,7 +6,7 @@
 namespace veltgeneral {
 namespace {
 
-constexpr Member kRows[] = {
+constexpr Row kRows[] = {
     method<&cInifile::CheckForUnicodeFile>("CheckForUnicodeFile"),
     put<&cInifile::setIsNt>("isNt"),
     get<&cInifile::LastReturnCode>("LastReturnCode"),
@@ -40,8 +40,8 @@ constexpr Member kRows[] = {
 
 template <>
 Class describeClass<cInifile>() {
-  return {"cInifile", "Settings files of sections and keys, and window placements in them", kRows,
-          &makeObject<cInifile>};
+  return {"cInifile", "Settings files of sections and keys, and window placements in them",
+          MemberTable<kRows>::kMembers, &makeObject<cInifile>};
 }
 
 }  // namespace veltgeneral

@@ -7,7 +7,7 @@ namespace veltgeneral {
 
 namespace {
 
-constexpr Member kRows[] = {
+constexpr Row kRows[] = {
     method<&ErrInfo::fill>("ErrInfo", "lNumberInfo", "sDescriptionInfo", "iTypeInfo",
                            "sLocationInfo", optional("vntClassInfo"), optional("vntProcessInfo"),
                            optional("vntStepInfo")),
@@ -36,7 +36,8 @@ constexpr Member kRows[] = {
 
 template <>
 Class describeClass<ErrInfo>() {
-  return {"ErrInfo", "The result of an operation", kRows, &makeObject<ErrInfo>};
+  return {"ErrInfo", "The result of an operation", MemberTable<kRows>::kMembers,
+          &makeObject<ErrInfo>};
 }
 
 }  // namespace veltgeneral

@@ -6,7 +6,7 @@
 namespace veltgeneral {
 namespace {
 
-constexpr Member kRows[] = {
+constexpr Row kRows[] = {
     getField<&FileUtility::daylightoffset>("daylightoffset"),
     putField<&FileUtility::daylightoffset>("daylightoffset"),
     getField<&FileUtility::utcoffset>("utcoffset"),
@@ -33,8 +33,8 @@ constexpr Member kRows[] = {
 
 template <>
 Class describeClass<FileUtility>() {
-  return {"FileUtility", "Whole files, delimited tables, record files and file times", kRows,
-          &makeObject<FileUtility>};
+  return {"FileUtility", "Whole files, delimited tables, record files and file times",
+          MemberTable<kRows>::kMembers, &makeObject<FileUtility>};
 }
 
 }  // namespace veltgeneral

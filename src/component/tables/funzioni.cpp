@@ -7,7 +7,7 @@ namespace veltgeneral {
 
 namespace {
 
-constexpr Member kRows[] = {
+constexpr Row kRows[] = {
     method<&Funzioni::getValueFromCsvString>("getValueFromCsvString", "sStringValue", "sArrayValue",
                                              "lNumFieldFound"),
     method<&Funzioni::quickSortArray>("quickSortArray", "SortArray", "Low", "High", "iByteStart",
@@ -52,7 +52,8 @@ constexpr Member kRows[] = {
 
 template <>
 Class describeClass<Funzioni>() {
-  return {"Funzioni", "Checks and conversions of values", kRows, &makeObject<Funzioni>};
+  return {"Funzioni", "Checks and conversions of values", MemberTable<kRows>::kMembers,
+          &makeObject<Funzioni>};
 }
 
 }  // namespace veltgeneral

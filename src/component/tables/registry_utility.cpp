@@ -6,7 +6,7 @@
 namespace veltgeneral {
 namespace {
 
-constexpr Member kRows[] = {
+constexpr Row kRows[] = {
     method<&RegistryUtility::getKeyValue>("getKeyValue", "KeyRoot", "KeyName", "SubKeyRef"),
     method<&RegistryUtility::getInfoForConnection>("getInfoForConnection", "sApplicationName",
                                                    "sConnectionDbName", "sConnectionUser",
@@ -27,8 +27,8 @@ constexpr Member kRows[] = {
 
 template <>
 Class describeClass<RegistryUtility>() {
-  return {"RegistryUtility", "Registry values, connection settings and the settings file", kRows,
-          &makeObject<RegistryUtility>};
+  return {"RegistryUtility", "Registry values, connection settings and the settings file",
+          MemberTable<kRows>::kMembers, &makeObject<RegistryUtility>};
 }
 
 }  // namespace veltgeneral

@@ -6,7 +6,7 @@
 namespace veltgeneral {
 namespace {
 
-constexpr Member kRows[] = {
+constexpr Row kRows[] = {
     get<&Reporting::outputMode>("outputMode"),
     put<&Reporting::setOutputMode>("outputMode"),
     method<&Reporting::prtBox>("prtBox", "iX1", "iY1", "iX2", "iY2", "lColor"),
@@ -26,8 +26,8 @@ constexpr Member kRows[] = {
 
 template <>
 Class describeClass<Reporting>() {
-  return {"Reporting", "Framed pages, boxes and text on a form or the printer", kRows,
-          &makeObject<Reporting>};
+  return {"Reporting", "Framed pages, boxes and text on a form or the printer",
+          MemberTable<kRows>::kMembers, &makeObject<Reporting>};
 }
 
 }  // namespace veltgeneral

@@ -6,7 +6,7 @@
 namespace veltgeneral {
 namespace {
 
-constexpr Member kRows[] = {
+constexpr Row kRows[] = {
     method<&VeltInet::IOpen>("IOpen", "hInternetSession"),
     method<&VeltInet::IOpenExtended>("IOpenExtended", "hInternetSession", optional("vntAgent"),
                                      optional("vntAccessType"), optional("vntProxyName"),
@@ -23,7 +23,8 @@ constexpr Member kRows[] = {
 
 template <>
 Class describeClass<VeltInet>() {
-  return {"VeltInet", "URLs fetched over HTTP, HTTPS and FTP", kRows, &makeObject<VeltInet>};
+  return {"VeltInet", "URLs fetched over HTTP, HTTPS and FTP", MemberTable<kRows>::kMembers,
+          &makeObject<VeltInet>};
 }
 
 }  // namespace veltgeneral

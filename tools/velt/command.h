@@ -40,10 +40,9 @@ void addCompletion(CLI::App& program, Action& action);
 
 // Adds a sub-command that runs `run` on the options it was given. The options outlive the parsing;
 // `declare` binds them to the command line.
-template <class Options>
+template <class Options, class Declare>
 CLI::App& addCommand(CLI::App& parent, const std::string& name, const std::string& summary,
-                     Action& action, void (*declare)(CLI::App&, Options&),
-                     int (*run)(const Options&)) {
+                     Action& action, Declare declare, int (*run)(const Options&)) {
   CLI::App* command = parent.add_subcommand(name, summary);
   auto options = std::make_shared<Options>();
   declare(*command, *options);

@@ -183,83 +183,71 @@ int exportKey(const Options& options) {
   return kSucceeded;
 }
 
-void declareKey(CLI::App& command, Options& options) {
-  addText(command, "KEY", options.key, "A key, as HKLM\\SOFTWARE\\Acme")->required();
-}
-
 CLI::Option* declareName(CLI::App& command, Options& options) {
   return addText(command, "NAME", options.name, "A value; @ is the key's default value");
 }
 
-void addReaders(CLI::App& registry, Action& action) {
+// A command whose first argument is a key; `declare` adds what else it takes.
+void addKeyCommand(CLI::App& registry, Action& action, const char* name, const char* help,
+                   int (*run)(const Options&), void (*declare)(CLI::App&, Options&),
+                   const std::string& examples) {
   addCommand<Options>(
-      registry, "list", "List the values and sub-keys of a key", action,
+      registry, name, help, action,
+      [declare](CLI::App& command, Options& options) {
+        addText(command, "KEY", options.key, "A key, as HKLM\\SOFTWARE\\Acme")->required();
+        declare(command, options);
+      },
+      run)
+      .footer("Examples:\n" + examples);
+}
+
+void addReaders(CLI::App& registry, Action& action) {
+  addKeyCommand(
+      registry, action, "list", "List the values and sub-keys of a key", &list,
       [](CLI::App& command, Options& options) {
-        declareKey(command, options);
         command.add_flag("-r,--recursive", options.recursive, "With everything below it");
         addJson(command, options.json);
       },
-      &list)
-      .footer(
-          "Examples:\n"
-          "  velt registry list 'HKLM\\SOFTWARE\\Zoltra'\n"
-          "  velt registry list HKLM --recursive --json\n");
-  addCommand<Options>(
-      registry, "get", "Print one value, or all values of a key", action,
+      "  velt registry list 'HKLM\\SOFTWARE\\Zoltra'\n"
+      "  velt registry list HKLM --recursive --json\n");
+  addKeyCommand(
+      registry, action, "get", "Print one value, or all values of a key", &get,
       [](CLI::App& command, Options& options) {
-        declareKey(command, options);
         declareName(command, options);
         addJson(command, options.json);
       },
-      &get)
-      .footer(
-          "Examples:\n"
-          "  velt registry get 'HKLM\\SOFTWARE\\Zoltra\\LogSystem' Trace\n"
-          "  velt registry get 'HKLM\\SOFTWARE\\Zoltra\\LogSystem' --json\n");
-  addCommand<Options>(
-      registry, "export", "Write a key with everything below it as a .reg file", action,
+      "  velt registry get 'HKLM\\SOFTWARE\\Zoltra\\LogSystem' Trace\n"
+      "  velt registry get 'HKLM\\SOFTWARE\\Zoltra\\LogSystem' --json\n");
+  addKeyCommand(
+      registry, action, "export", "Write a key with everything below it as a .reg file", &exportKey,
       [](CLI::App& command, Options& options) {
         options.file = "-";
-        declareKey(command, options);
         addText(command, "-o,--output", options.file, "The file; standard output without it")
             ->type_name("FILE");
         command.add_flag("--utf16", options.utf16, "In UTF-16, as other systems expect it");
       },
-      &exportKey)
-      .footer(
-          "Examples:\n"
-          "  velt registry export 'HKLM\\SOFTWARE\\Zoltra' -o zoltra.reg --utf16\n");
+      "  velt registry export 'HKLM\\SOFTWARE\\Zoltra' -o zoltra.reg --utf16\n");
 }
 
 void addWriters(CLI::App& registry, Action& action) {
-  addCommand<Options>(
-      registry, "set", "Set a value, creating its key", action,
+  addKeyCommand(
+      registry, action, "set", "Set a value, creating its key", &set,
       [](CLI::App& command, Options& options) {
-        declareKey(command, options);
         declareName(command, options)->required();
         addTexts(command, "DATA", options.data,
                  "A text, a number (decimal or 0x...), bytes in hexadecimal, or several texts");
         addText(command, "-t,--type", options.type, typeNames() + "; text without it")
             ->type_name("TYPE");
       },
-      &set)
-      .footer(
-          "Examples:\n"
-          "  velt registry set 'HKLM\\SOFTWARE\\Zoltra\\LogSystem' Path /var/log/acme\n"
-          "  velt registry set 'HKCU\\Software\\Acme' Size 0x1F4 --type dword\n"
-          "  velt registry set 'HKCU\\Software\\Acme' Names Anna Berto --type texts\n"
-          "  velt registry set 'HKCU\\Software\\Acme' Key 00ff10 --type binary\n");
-  addCommand<Options>(
-      registry, "delete", "Delete one value, or a key with everything below it", action,
-      [](CLI::App& command, Options& options) {
-        declareKey(command, options);
-        declareName(command, options);
-      },
-      &remove)
-      .footer(
-          "Examples:\n"
-          "  velt registry delete 'HKCU\\Software\\Acme' Size\n"
-          "  velt registry delete 'HKCU\\Software\\Acme'\n");
+      "  velt registry set 'HKLM\\SOFTWARE\\Zoltra\\LogSystem' Path /var/log/acme\n"
+      "  velt registry set 'HKCU\\Software\\Acme' Size 0x1F4 --type dword\n"
+      "  velt registry set 'HKCU\\Software\\Acme' Names Anna Berto --type texts\n"
+      "  velt registry set 'HKCU\\Software\\Acme' Key 00ff10 --type binary\n");
+  addKeyCommand(
+      registry, action, "delete", "Delete one value, or a key with everything below it", &remove,
+      [](CLI::App& command, Options& options) { declareName(command, options); },
+      "  velt registry delete 'HKCU\\Software\\Acme' Size\n"
+      "  velt registry delete 'HKCU\\Software\\Acme'\n");
   addCommand<Options>(
       registry, "import", "Take over a .reg file, deletions included", action,
       [](CLI::App& command, Options& options) {

@@ -1,14 +1,11 @@
 // The test of a date's text agrees with the reading, and what the library writes it reads back.
 #include "automation/calendar.h"
 #include "automation/coerce.h"
-#include "automation/locale.h"
 #include "fuzz/fuzz_input.h"
 #include "veltgeneral/runtime_error.h"
 
 namespace veltgeneral {
 namespace {
-
-constexpr const char* kLocales[] = {"en_US", "it_IT"};
 
 void check(TextView text) {
   Date date;
@@ -33,9 +30,4 @@ void check(TextView text) {
 }  // namespace
 }  // namespace veltgeneral
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const veltgeneral::FuzzInput input(data, size);
-  const veltgeneral::ScopedLocale locale(veltgeneral::kLocales[input.choice % 2]);
-  veltgeneral::check(input.text);
-  return 0;
-}
+void veltgeneral::fuzz(std::string_view bytes) { inALocale(bytes, check); }

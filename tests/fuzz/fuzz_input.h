@@ -1,14 +1,20 @@
-// What the targets share: input bytes as a text in some locale, and how a broken promise ends.
+// What the targets share: the entry that the fuzzer calls, input bytes as a text in some locale,
+// and how a broken promise ends. A target defines `fuzz`.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <iostream>
+#include <string_view>
 
+#include "automation/locale.h"
 #include "veltgeneral/text.h"
 
 namespace veltgeneral {
+
+// One input.
+void fuzz(std::string_view bytes);
 
 // Ends the process, which is what the fuzzer watches for.
 inline void require(bool promise, const char* what, TextView text) {
@@ -17,16 +23,19 @@ inline void require(bool promise, const char* what, TextView text) {
   std::abort();
 }
 
-// One byte chooses, the others are UTF-8; so seeds stay readable.
-struct FuzzInput {
-  FuzzInput(const std::uint8_t* data, std::size_t size) {
-    if (size == 0) return;
-    choice = data[0];
-    text = fromUtf8({reinterpret_cast<const char*>(data) + 1, size - 1});
-  }
-
-  std::uint8_t choice = 0;
-  Text text;
-};
+// `check` with a text and the locale that it is in. One byte chooses that, the others are UTF-8; so
+// seeds stay readable.
+template <class Check>
+void inALocale(std::string_view bytes, Check check) {
+  if (bytes.empty()) return;
+  const ScopedLocale locale(static_cast<unsigned char>(bytes.front()) % 2 == 0 ? "en_US" : "it_IT");
+  check(fromUtf8(bytes.substr(1)));
+}
 
 }  // namespace veltgeneral
+
+extern "C" [[gnu::used]] inline int LLVMFuzzerTestOneInput(const std::uint8_t* data,
+                                                           std::size_t size) {
+  veltgeneral::fuzz({reinterpret_cast<const char*>(data), size});
+  return 0;
+}

@@ -71,11 +71,9 @@ void checkCipher(const Text& text) {
 }  // namespace
 }  // namespace veltgeneral
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const veltgeneral::FuzzInput input(data, size);
-  for (const veltgeneral::Member& member : veltgeneral::kMembers) {
-    veltgeneral::check(member, input.text);
-  }
-  veltgeneral::checkCipher(input.text);
-  return 0;
+void veltgeneral::fuzz(std::string_view bytes) {
+  inALocale(bytes, [](const Text& text) {
+    for (const Member& member : kMembers) check(member, text);
+    checkCipher(text);
+  });
 }

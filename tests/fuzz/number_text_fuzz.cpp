@@ -2,14 +2,11 @@
 #include <cmath>
 
 #include "automation/coerce.h"
-#include "automation/locale.h"
 #include "fuzz/fuzz_input.h"
 #include "veltgeneral/runtime_error.h"
 
 namespace veltgeneral {
 namespace {
-
-constexpr const char* kLocales[] = {"en_US", "it_IT"};
 
 // Whether `convert` answers; any other error than the two that a text can raise is a fault.
 template <class Convert>
@@ -56,9 +53,4 @@ void check(TextView text) {
 }  // namespace
 }  // namespace veltgeneral
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const veltgeneral::FuzzInput input(data, size);
-  const veltgeneral::ScopedLocale locale(veltgeneral::kLocales[input.choice % 2]);
-  veltgeneral::check(input.text);
-  return 0;
-}
+void veltgeneral::fuzz(std::string_view bytes) { inALocale(bytes, check); }

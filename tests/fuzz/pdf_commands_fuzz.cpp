@@ -47,7 +47,4 @@ void check(std::string_view commands) {
 // The font library keeps what it has read of its configuration.
 extern "C" const char* __lsan_default_suppressions() { return "leak:libfontconfig"; }
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  veltgeneral::check({reinterpret_cast<const char*>(data), size});
-  return 0;
-}
+void veltgeneral::fuzz(std::string_view bytes) { check(bytes); }

@@ -43,9 +43,7 @@ void check(const std::string& bytes) {
 }  // namespace
 }  // namespace veltgeneral
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string bytes(reinterpret_cast<const char*>(data), size);
-  veltgeneral::check(bytes);
-  veltgeneral::check(std::string(veltgeneral::platform::kUtf16Mark) + bytes);
-  return 0;
+void veltgeneral::fuzz(std::string_view bytes) {
+  check(std::string(bytes));
+  check(std::string(platform::kUtf16Mark).append(bytes));
 }

@@ -51,7 +51,4 @@ void check(std::string_view bytes) {
 }  // namespace
 }  // namespace veltgeneral
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  veltgeneral::check({reinterpret_cast<const char*>(data), size});
-  return 0;
-}
+void veltgeneral::fuzz(std::string_view bytes) { check(bytes); }

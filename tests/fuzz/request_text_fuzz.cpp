@@ -47,10 +47,8 @@ void checkProxy(std::string_view text) {
 }  // namespace
 }  // namespace veltgeneral::platform::http
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string_view text(reinterpret_cast<const char*>(data), size);
-  veltgeneral::platform::http::checkHeaders(text);
-  veltgeneral::platform::http::checkUrl(text);
-  veltgeneral::platform::http::checkProxy(text);
-  return 0;
+void veltgeneral::fuzz(std::string_view bytes) {
+  platform::http::checkHeaders(bytes);
+  platform::http::checkUrl(bytes);
+  platform::http::checkProxy(bytes);
 }

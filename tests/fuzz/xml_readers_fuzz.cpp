@@ -3,15 +3,12 @@
 #include <cmath>
 
 #include "automation/coerce.h"
-#include "automation/locale.h"
 #include "fuzz/fuzz_input.h"
 #include "veltgeneral/funzioni.h"
 #include "veltgeneral/runtime_error.h"
 
 namespace veltgeneral {
 namespace {
-
-constexpr const char* kLocales[] = {"en_US", "it_IT"};
 
 void checkDate(const Funzioni& f, const Text& text) {
   const Variant digits = f.getDateFromXml(text);
@@ -46,12 +43,10 @@ void checkNumber(const Funzioni& f, const Text& text) {
 }  // namespace
 }  // namespace veltgeneral
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const veltgeneral::FuzzInput input(data, size);
-  const veltgeneral::ScopedLocale locale(veltgeneral::kLocales[input.choice % 2]);
-  const veltgeneral::Funzioni f;
-  veltgeneral::checkDate(f, input.text);
-  veltgeneral::checkDuration(f, input.text);
-  veltgeneral::checkNumber(f, input.text);
-  return 0;
+void veltgeneral::fuzz(std::string_view bytes) {
+  inALocale(bytes, [](const Text& text) {
+    checkDate(Funzioni(), text);
+    checkDuration(Funzioni(), text);
+    checkNumber(Funzioni(), text);
+  });
 }

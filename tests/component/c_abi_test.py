@@ -65,6 +65,11 @@ def main():
     golden, actual = map(pathlib.Path, sys.argv[1:])
     code = re.sub(r"/\*.*?\*/", "", HEADER.read_text(), flags=re.S)
     lines = [*symbols(os.environ["LIBRARY"]), "", *declarations(code), "", *layout(code)]
+    made = dict(line.split(" = ") for line in lines if " = " in line)
+    members = re.findall(r"^    (\w+) = (-?\d+)$", golden.with_name("members.golden").read_text(), re.M)
+    strangers = [name for name, value in members if made.get("VG_" + name) != value]
+    if strangers or not members:
+        sys.exit(f"the library's enumerations have other values: {strangers}")
     published = golden.read_text().splitlines() if golden.exists() else []
     if lines == published:
         return 0

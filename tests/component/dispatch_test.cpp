@@ -102,67 +102,42 @@ TEST(Call, WrongCallsRaiseTheirNumberAndChangeNothing) {
   const NamedArgument twice[] = {{u"lNumberInfo", &any}};
   const NamedArgument twiceByName[] = {{u"vntStepInfo", &any}, {u"VntStepInfo", &any}};
 
+  const auto call = [&](TextView name, CallKind kind = CallKind::method) {
+    return [&object, name, kind](Variants& a) { object->call(name, kind, a); };
+  };
+  const auto named = [&](std::span<const NamedArgument> names) {
+    return [&object, &fill, names](Variants& a) { invoke(*object, fill, a, names); };
+  };
+  const Text d = u"d";
+  const Text l = u"l";
   struct {
     const char* what;
     std::int32_t number;
     Variants arguments;
     std::function<void(Variants&)> run;
   } cases[] = {
-      {"no member of that name", 438, {}, [&](auto& a) { object->call(u"nope", {}, a); }},
-      {"the empty name", 438, {}, [&](auto& a) { object->call(u"", {}, a); }},
-      {"assigning what is read-only",
-       438,
-       {1},
-       [&](auto& a) { object->call(u"numberInfo", CallKind::propertyPut, a); }},
-      {"assigning a method",
-       438,
-       {1},
-       [&](auto& a) { object->call(u"clear", CallKind::propertyPut, a); }},
-      {"a missing argument",
-       449,
-       {1, Text(u"d"), 1},
-       [&](auto& a) { object->call(u"ErrInfo", {}, a); }},
-      {"a hole",
-       449,
-       {1, Missing{}, 1, Text(u"l")},
-       [&](auto& a) { object->call(u"ErrInfo", {}, a); }},
-      {"too many", 450, {1}, [&](auto& a) { object->call(u"clear", {}, a); }},
-      {"a text that is no number, last",
-       13,
-       {1, Text(u"d"), Text(u"x"), Text(u"l")},
-       [&](auto& a) { object->call(u"ErrInfo", {}, a); }},
-      {"null for a number",
-       94,
-       {Null{}, Text(u"d"), 1, Text(u"l")},
-       [&](auto& a) { object->call(u"ErrInfo", {}, a); }},
-      {"a number too great",
-       6,
-       {3e9, Text(u"d"), 1, Text(u"l")},
-       [&](auto& a) { object->call(u"ErrInfo", {}, a); }},
-      {"in/out, the last of the wrong kind",
-       13,
-       {Empty{}, 5, TextArray({1, 2}), 6},
-       [&](auto& a) { object->call(u"getInfo", {}, a); }},
-      {"no record", 13, {5}, [&](auto& a) { object->call(u"ErrInfoNew", {}, a); }},
-      {"an object that is not set",
-       13,
-       {ObjectRef()},
-       [&](auto& a) { object->call(u"ErrInfoNew", {}, a); }},
+      {"no member of that name", 438, {}, call(u"nope")},
+      {"the empty name", 438, {}, call(u"")},
+      {"assigning what is read-only", 438, {1}, call(u"numberInfo", CallKind::propertyPut)},
+      {"assigning a method", 438, {1}, call(u"clear", CallKind::propertyPut)},
+      {"a missing argument", 449, {1, d, 1}, call(u"ErrInfo")},
+      {"a hole", 449, {1, Missing{}, 1, l}, call(u"ErrInfo")},
+      {"too many", 450, {1}, call(u"clear")},
+      {"a text that is no number, last", 13, {1, d, Text(u"x"), l}, call(u"ErrInfo")},
+      {"null for a number", 94, {Null{}, d, 1, l}, call(u"ErrInfo")},
+      {"a number too great", 6, {3e9, d, 1, l}, call(u"ErrInfo")},
+      {"in/out, one of a wrong kind", 13, {Empty{}, 5, TextArray({1, 2}), 6}, call(u"getInfo")},
+      {"no record", 13, {5}, call(u"ErrInfoNew")},
+      {"an object that is not set", 13, {ObjectRef()}, call(u"ErrInfoNew")},
       {"a text for an array",
        13,
-       {Text(u"f"), Text(u"x"), 0, 0},
+       {d, d, 0, 0},
        [&](auto& a) { other->call(u"getArrayFromCsvFile", {}, a); }},
-      {"an unknown argument name", 448, filled(),
-       [&](auto& a) { invoke(*object, fill, a, unknown); }},
-      {"an argument by position and name", 450, filled(),
-       [&](auto& a) { invoke(*object, fill, a, twice); }},
-      {"a name given twice", 450, filled(),
-       [&](auto& a) { invoke(*object, fill, a, twiceByName); }},
+      {"an unknown argument name", 448, filled(), named(unknown)},
+      {"an argument by position and name", 450, filled(), named(twice)},
+      {"a name given twice", 450, filled(), named(twiceByName)},
       {"an object of somebody else", 430, {}, [&](auto& a) { invoke(*foreign, fill, a); }},
-      {"a member of somebody else",
-       430,
-       {},
-       [&](auto&) { resolve(*foreign, u"ErrInfo", CallKind::method); }},
+      {"a member of somebody else", 430, {}, [&](auto&) { resolve(*foreign, u"ErrInfo", {}); }},
   };
   for (auto& each : cases) {
     SCOPED_TRACE(each.what);

@@ -1,4 +1,4 @@
-"""Settings, windows, the log, reports and the enumerations, as Python callers meet them."""
+"""Settings, windows, reports and the enumerations, as Python callers meet them."""
 
 import enum
 import os
@@ -13,8 +13,6 @@ from unittest import mock
 import veltgeneral
 from veltgeneral import AutomationError, CreateObject, TextArray
 
-LOCAL_MACHINE = -2147483646
-
 
 class HostTest(unittest.TestCase):
     """Drive C, the registry and the library's own folder lie in a temporary folder."""
@@ -25,9 +23,6 @@ class HostTest(unittest.TestCase):
         self.folder = pathlib.Path(folder.name)
         self.put_in_force(VELTGENERAL_DRIVE_C=folder.name, VELTGENERAL_HOME=folder.name,
                           VELTGENERAL_REGISTRY_DIR=folder.name, VELTGENERAL_LOCALE="en_US")
-        (self.folder / "machine.reg").write_bytes(
-            b"REGEDIT4\r\n\r\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Zoltra\\LogSystem]\r\n"
-            b'"Path"="C:\\\\"\r\n"Trace"="3"\r\n"SwitchDimension"="5000"\r\n')
 
     def put_in_force(self, **variables):
         change = mock.patch.dict(os.environ, variables)
@@ -143,51 +138,6 @@ class Windows(HostTest):
             self.ini.LoadFormPosition(window)
             self.assertEqual((self.ini.Success, self.ini.key), (False, "mine"))
         self.raises(91, self.ini.SaveFormPosition, None)
-
-
-class Registry(HostTest):
-    def test_connection_settings(self):
-        registry = CreateObject("RegistryUtility")
-        saved = registry.saveInfoForConnection("Acme", "orders  ", " me", "p\"w")
-        self.assertEqual((saved.isSuccess(), saved.typeInfo, saved.locationInfo),
-                         (True, veltgeneral.eiINFORMATIONTYPE, "saveInfoForConnection"))
-        result, *texts = registry.getInfoForConnection("Acme", "", "", "")
-        self.assertEqual((result.isSuccess(), texts), (True, ["orders", " me", "p\"w"]))
-        key, name = "SOFTWARE\\Acme\\DbAccess", "connectionUser"
-        self.assertEqual(registry.getKeyValue(LOCAL_MACHINE, key, name),
-                         (" me", LOCAL_MACHINE, key, name))
-        self.assertEqual(registry.getKeyValue(LOCAL_MACHINE, key, "none")[0], "")
-        self.assertIn("[getKeyValue]", (self.folder / "tarnview.log").read_text(encoding="ascii"))
-        self.assertTrue(registry.isRegistryInWritePermission())
-        self.put_in_force(VELTGENERAL_REGISTRY_DIR="/dev/null/registry")
-        failed = registry.saveInfoForConnection("Acme", "orders", "me", "pw")
-        self.assertEqual(failed.numberInfo, veltgeneral.eiREGISTRYERROR)
-        self.assertFalse(registry.isRegistryInWritePermission())
-
-    def test_the_settings_file(self):
-        registry = CreateObject("RegistryUtility")
-        self.assertTrue(registry.isTarnviewDatInWritePermission())
-        registry.setTarnviewConfValue("Main", "name", "value")
-        result, *texts = registry.getTarnviewConfValue("main", "NAME", "")
-        self.assertEqual((result.isSuccess(), texts), (True, ["main", "NAME", "value"]))
-        self.assertTrue(registry.setTarnviewDatFileValue("[Main]").isSuccess())
-        self.assertEqual((self.folder / "Tarnview.dat").read_bytes(), b"[Main]\r\n")
-
-
-class Log(HostTest):
-    def test_a_result_writes_itself_to_both_files(self):
-        result = CreateObject("ErrInfo")
-        self.assertIsNone(result.runInitialize())
-        self.assertEqual(result.getInfoForLogSystem("", 0, 0), (True, "C:\\", 3, 5000))
-        for severity in veltgeneral.typeInfoCostant:
-            result.ErrInfo(veltgeneral.eiABORTED, "what", severity, "where", "class", "process", "step")
-            self.assertTrue(result.writeLog("C:\\own.log").isSuccess())
-            result.writeLog()
-        line = (r'"\[\d+/\d+/\d\d \d+:\d\d\] \[process\] \[class\] \[where\] \[step\] \[%d\]'
-                r' \[-2147220904\] \[what\]"' "\r\n")
-        for name, severities in (("own.log", (1, 2, 3)), ("tarnview.log", (1, 1, 2, 2))):
-            written = (self.folder / name).read_bytes().decode()
-            self.assertRegex(written, "^" + "".join(line % each for each in severities) + "$")
 
 
 class Reports(HostTest):

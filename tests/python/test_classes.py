@@ -69,8 +69,7 @@ class IniFiles(HostTest):
         for wrong in ("Success", "LastReturnCode", "Sections"):
             self.raises(438, setattr, ini, wrong, 1)
 
-    def test_numbers(self):
-        self.assertEqual([self.ini.CLngDefault("2.5"), self.ini.CLngDefault(ldefault=8, sString="-")], [2, 8])
+        self.assertEqual([ini.CLngDefault("2.5"), ini.CLngDefault(ldefault=8, sString="-")], [2, 8])
 
 
 class Window:
@@ -128,17 +127,6 @@ class Windows(HostTest):
         self.ini.LoadFormPosition(window, lMinHeight=50)
         self.assertEqual((window.left, window.width, window.height), (60, 3000, 50))
 
-    def test_an_error_of_the_window_ends_the_call(self):
-        class Stubborn(Window):
-            def move(self, *placement):
-                raise ValueError("not today")
-        for window in (Stubborn(), object()):
-            self.ini.Value = "x"
-            self.assertTrue(self.ini.Success)
-            self.ini.LoadFormPosition(window)
-            self.assertEqual((self.ini.Success, self.ini.key), (False, "mine"))
-        self.raises(91, self.ini.SaveFormPosition, None)
-
 
 class Reports(HostTest):
     def draw(self, report):
@@ -168,18 +156,6 @@ class Reports(HostTest):
         report.closeReport()
         raw = document.read_bytes()
         self.assertEqual((raw[:5], len(re.findall(rb"/Type /Page\b", raw))), (b"%PDF-", 2))
-
-    def test_errors_reach_the_caller(self):
-        self.put_in_force(VELTGENERAL_FORM=f"image:{self.folder / 'form.png'}")
-        report = CreateObject("Reporting")
-        for number, arguments in [(13, ("x", 1, 10)), (94, (None, 1, 10)), (380, (1, 1, -1))]:
-            self.raises(number, report.prtTesto, *arguments, False, False, "text")
-        self.raises(5, report.formattaStringa, "text", -1)
-        self.raises(449, report.prtBox, 1, 1, 2, 2)
-        report.closeReport()
-        os.environ["VELTGENERAL_FORM"] = "window"
-        self.put_in_force(DISPLAY=":54321")
-        self.raises(57, report.openReport)
 
 
 class Enumerations(unittest.TestCase):

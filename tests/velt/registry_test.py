@@ -10,19 +10,15 @@ CLASS = "HKEY_CLASSES_ROOT\\VeltGeneral.ErrInfo\\InprocServer32"
 
 
 class Values(VeltTest):
-    TYPES = [
-        # type, data, JSON of it, text of it
+    TYPES = [  # type, data, JSON of it, text of it
         ("text", ["[a, \"b\"]\\"], "[a, \"b\"]\\", "[a, \"b\"]\\\n"),
         ("text", ["caf\u00e9 \u4e2d"], "caf\u00e9 \u4e2d", "caf\u00e9 \u4e2d\n"),
         ("expand", ["%TEMP%\\x"], "%TEMP%\\x", "%TEMP%\\x\n"),
-        ("texts", ["one", "two"], ["one", "two"], "one\ntwo\n"),
-        ("texts", [], [], "\n"),
-        ("dword", ["4294967295"], 4294967295, "4294967295\n"),
-        ("dword", ["0xFA000"], 1024000, "1024000\n"),
+        ("texts", ["one", "two"], ["one", "two"], "one\ntwo\n"), ("texts", [], [], "\n"),
+        ("dword", ["4294967295"], 4294967295, "4294967295\n"), ("dword", ["0xFA000"], 1024000, "1024000\n"),
         ("dword-be", ["258"], 258, "258\n"),
         ("qword", ["0x123456789abcdef0"], 0x123456789ABCDEF0, "1311768467463790320\n"),
-        ("binary", ["00ff10"], "00ff10", "00ff10\n"),
-        ("none", [], "", "\n"),
+        ("binary", ["00ff10"], "00ff10", "00ff10\n"), ("none", [], "", "\n"),
     ]
 
     def test_set_get_delete(self):

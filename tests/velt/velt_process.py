@@ -45,5 +45,13 @@ class VeltTest(unittest.TestCase):
         self.assertEqual(done.returncode, status, (arguments, done.stdout, done.stderr))
         return (done.stderr if status == 2 else done.stdout).decode()
 
+    def helps(self, *path):
+        """Every command below, itself first: (words, what its help says)."""
+        text = self.velt(*path, "--help")
+        yield path, text
+        if "Subcommands:\n" in text:
+            for line in text.split("Subcommands:\n")[1].split("\n\n")[0].splitlines():
+                yield from self.helps(*path, line.split()[0])
+
     def answer(self, *arguments, **options):
         return json.loads(self.velt(*arguments, "--json", **options))

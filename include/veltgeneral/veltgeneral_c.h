@@ -15,7 +15,7 @@
  *     texts in UTF-8.
  *  4. Errors. A function that may fail returns 0 or the number of the run-time error (5 invalid
  *     call, 6 overflow, 7 out of memory, 9 subscript, 13 type mismatch, 91 object not set, ...),
- * and has then changed nothing. Where `vg_error** error` is the last argument and not NULL, it
+ *     and has then changed nothing. Where `vg_error** error` is the last argument and not NULL, it
  *     receives NULL, or the number with its description, to be freed by the caller. No C++
  *     exception ever leaves.
  *  5. NULL. A NULL object is error 91; any other NULL that is needed is error 5. Freeing and

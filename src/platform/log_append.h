@@ -18,8 +18,8 @@ enum class Rotation : std::uint8_t { moves, copies };
 //
 // Among any number of processes no record is lost, torn or doubled and a file rotates once: the
 // rotation is decided again under a kernel lock on the file, and ".old" is always one whole earlier
-// file. A process killed while it writes may leave the start of its record; that stays a line of its
-// own. False where the record was not written, of which nothing else tells.
+// file. A process killed while it writes may leave the start of its record; that stays a line of
+// its own. False where the record was not written, of which nothing else tells.
 bool appendToLog(const std::string& path, std::int64_t limit, std::string_view record,
                  Rotation rotation = Rotation::moves) noexcept;
 

@@ -69,7 +69,7 @@ TEST(DiskFault, AFileThatEndsTooSoonIs62) {
   std::error_code unknown;
   if (std::filesystem::file_size(toUtf8(kernels), unknown) < 100 || unknown) return;
   Text text;
-  EXPECT_EQ(test::fields(files.readFile(kernels, text)),
+  EXPECT_EQ(test::fields(FileUtility().readFile(kernels, text)),
             test::failure(62, "Input past end of file", "readFile", "FileUtility"));
 }
 

@@ -127,7 +127,8 @@ ErrInfo rewritten(const ErrInfo& done, const Rule& (*rule)(), TextView text, Tex
   });
 }
 
-// The members differ in their names and rules. One body for all rules of a type keeps it short.
+// The members differ in their names and rules; a rule is one member's alone, as is its result. One
+// body for all rules of a type keeps the code short.
 template <const auto& (*rule)()>
 ErrInfo normalised(const char16_t* member, TextView text, Text& out) {
   static const ErrInfo kDone = doneAt(member);

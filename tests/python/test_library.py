@@ -3,6 +3,7 @@
 import ast
 import os
 import pathlib
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -30,39 +31,26 @@ class Library(unittest.TestCase):
         self.folder = pathlib.Path(folder.name)
         # As installed: the package below the prefix's "lib", the library in it.
         self.site = self.folder / "lib" / "python3" / "site-packages"
-        self.site.mkdir(parents=True)
-        (self.site / "veltgeneral").symlink_to(_PACKAGE)
+        shutil.copytree(_PACKAGE, self.site / "veltgeneral")
         self.registry = {"VELTGENERAL_REGISTRY_DIR": str(self.folder)}
 
     def register(self, path, encoding="utf-8"):
-        text = ("Windows Registry Editor Version 5.00\r\n\r\n"
-                "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\veltgeneral.ErrInfo\\InprocServer32]\r\n"
-                f'@="{path}"\r\n')
+        key = "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\veltgeneral.ErrInfo\\InprocServer32]"
+        text = f'Windows Registry Editor Version 5.00\r\n\r\n{key}\r\n@="{path}"\r\n'
         (self.folder / "machine.reg").write_bytes(text.encode(encoding))
 
-    def test_the_variable_decides(self):
-        self.register("/nowhere.so")
-        self.assertEqual(loaded(self.site, VELTGENERAL_LIBRARY=_LIBRARY, **self.registry), _LIBRARY)
-        self.assertIn("/nowhere.so", loaded(self.site, VELTGENERAL_LIBRARY="/nowhere.so"))
-
-    def test_then_the_registered_path(self):
+    def test_the_variable_the_registered_path_and_the_prefix_decide(self):
         for encoding in ("utf-8", "utf-16"):
             self.register(_LIBRARY, encoding)
             self.assertEqual(loaded(self.site, **self.registry), _LIBRARY)
-
-    def test_then_the_prefix_of_the_package(self):
+        self.assertIn("/nowhere.so", loaded(self.site, VELTGENERAL_LIBRARY="/nowhere.so"))
         self.register("/nowhere.so")
-        copy = self.folder / "copy"
-        copy.mkdir()
-        site = copy / "lib" / "python3" / "site-packages" / "veltgeneral"
-        site.mkdir(parents=True)
-        for each in _PACKAGE.glob("*.py"):
-            (site / each.name).write_bytes(each.read_bytes())
-        beside = copy / "lib" / "libveltgeneral.so.1"
+        self.assertEqual(loaded(self.site, VELTGENERAL_LIBRARY=_LIBRARY, **self.registry), _LIBRARY)
+        beside = self.folder / "lib" / "libveltgeneral.so.1"
         beside.symlink_to(_LIBRARY)
-        self.assertEqual(loaded(site.parent, **self.registry), str(beside))
+        self.assertEqual(loaded(self.site, **self.registry), str(beside))
         beside.unlink()
-        self.assertIn("VELTGENERAL_LIBRARY", loaded(site.parent, **self.registry))
+        self.assertIn("VELTGENERAL_LIBRARY", loaded(self.site, **self.registry))
 
 
 class Stubs(unittest.TestCase):
@@ -76,7 +64,3 @@ class Stubs(unittest.TestCase):
         names = {node.name for node in tree.body if isinstance(node, (ast.ClassDef, ast.FunctionDef))}
         names |= {node.target.id for node in tree.body if isinstance(node, ast.AnnAssign)}
         self.assertLessEqual(set(veltgeneral.__all__), names)
-
-
-if __name__ == "__main__":
-    unittest.main()

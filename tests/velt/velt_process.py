@@ -3,11 +3,9 @@
 import json
 import os
 import subprocess
-import sys
 import tempfile
 import unittest
 
-sys.dont_write_bytecode = True
 VELT = os.environ["VELT"]
 
 
@@ -16,15 +14,9 @@ class VeltTest(unittest.TestCase):
         temporary = tempfile.TemporaryDirectory()
         self.addCleanup(temporary.cleanup)
         self.folder = temporary.name
-        kept = {k: v for k, v in os.environ.items()
-                if not k.startswith(("VELTGENERAL_", "LC_", "XDG_", "LANG"))
-                or k == "VELTGENERAL_MODULE_DIR"}
-        self.environment = kept | {
-            "HOME": self.folder,
-            "VELTGENERAL_LOCALE": "en_US",
-            "VELTGENERAL_REGISTRY_DIR": self.path("registry"),
-            "VELTGENERAL_HOME": self.folder,
-        }
+        self.environment = {name: os.environ[name] for name in ("PATH", "VELTGENERAL_MODULE_DIR")} | {
+            "HOME": self.folder, "VELTGENERAL_HOME": self.folder, "VELTGENERAL_LOCALE": "en_US",
+            "VELTGENERAL_REGISTRY_DIR": self.path("registry")}
 
     def path(self, name):
         return os.path.join(self.folder, name)
@@ -38,20 +30,31 @@ class VeltTest(unittest.TestCase):
         with open(self.path(name), "rb") as file:
             return file.read()
 
-    def velt(self, *arguments, status=0, stdin=b"", **environment):
+    def run_program(self, *command, **options):
+        return subprocess.run(command, capture_output=True, cwd=self.folder, timeout=60,
+                              env=self.environment, **options)
+
+    def velt(self, *arguments, status=0, stdin=b""):
         """Standard output; standard error where the status is 2."""
-        done = subprocess.run([VELT, *arguments], input=stdin, capture_output=True,
-                              cwd=self.folder, env=self.environment | environment, timeout=60)
+        done = self.run_program(VELT, *arguments, input=stdin)
         self.assertEqual(done.returncode, status, (arguments, done.stdout, done.stderr))
         return (done.stderr if status == 2 else done.stdout).decode()
 
-    def helps(self, *path):
-        """Every command below, itself first: (words, what its help says)."""
-        text = self.velt(*path, "--help")
-        yield path, text
-        if "Subcommands:\n" in text:
-            for line in text.split("Subcommands:\n")[1].split("\n\n")[0].splitlines():
-                yield from self.helps(*path, line.split()[0])
-
     def answer(self, *arguments, **options):
         return json.loads(self.velt(*arguments, "--json", **options))
+
+    def check(self, command, rows):
+        """Rows of arguments, what is said and the status, 0 where there is none."""
+        for arguments, said, *status in rows:
+            with self.subTest(arguments):
+                self.assertEqual(self.velt(*command, *words(arguments), status=(*status, 0)[0]), said)
+
+    def check_refused(self, command, rows):
+        """Rows of arguments that end with status 2 and a complaint."""
+        for arguments in rows:
+            with self.subTest(arguments):
+                self.assertTrue(self.velt(*command, *words(arguments), status=2).startswith("velt: "))
+
+
+def words(arguments):
+    return arguments.split() if isinstance(arguments, str) else arguments

@@ -1,0 +1,55 @@
+"""velt classes, describe and doctor: what there is and what is in force."""
+
+import re
+
+from velt_process import VeltTest
+
+
+class Classes(VeltTest):
+    def test_every_class_describes_itself(self):
+        names = [each["name"] for each in self.answer("classes")]
+        self.assertEqual(names[:2], ["ErrInfo", "FileUtility"])
+        self.assertEqual([line.split()[0] for line in self.velt("classes").splitlines()], names)
+        for name in names:
+            said = self.answer("describe", name.upper())
+            published = [name, *(each["name"] for each in said["members"])]
+            for enumeration, values in said.get("enumerations", {}).items():
+                published += [enumeration, *values]
+            readable = self.velt("describe", "VeltGeneral." + name)
+            self.assertEqual(re.findall(r"^ *(\w+)", readable, re.MULTILINE), published)
+
+    def test_signatures(self):
+        for target, line in {
+            "ErrInfo.ErrInfo":
+                "ErrInfo(lNumberInfo: int32, sDescriptionInfo: text, iTypeInfo: typeInfoCostant, "
+                "sLocationInfo: text, [vntClassInfo: variant], [vntProcessInfo: variant], "
+                "[vntStepInfo: variant]) -> int16",
+            "errinfo.stepinfo": "stepInfo -> variant",
+            "FileUtility.readFile": "readFile(sFileName: text, in/out sTextFile: text) -> ErrInfo",
+        }.items():
+            with self.subTest(target):
+                self.assertEqual(self.velt("describe", target).splitlines()[1:], ["  " + line])
+
+
+class Doctor(VeltTest):
+    def test_who_said_so(self):
+        for environment, expected in [
+            ({}, {"locale": ("en_US", "VELTGENERAL_LOCALE"), "code page": ("CP1252", "default"),
+                  "drives": ("none", "default"),
+                  "machine registry": (self.path("registry/machine.reg"), "VELTGENERAL_REGISTRY_DIR"),
+                  "library's own folder": (self.folder, "VELTGENERAL_HOME")}),
+            ({"VELTGENERAL_LOCALE": "", "LANG": "C", "LC_NUMERIC": "it_IT.UTF-8",
+              "VELTGENERAL_DRIVE_Q": self.folder, "VELTGENERAL_FORM": "image:a.png",
+              "VELTGENERAL_PRINTER": "pdf:a.pdf", "VELTGENERAL_CODEPAGE": "CP1250",
+              "VELTGENERAL_MODULE_DIR": self.folder},
+             {"decimal mark": (",", "LC_NUMERIC"), "date order": ("month, day, year", "LANG"),
+              "drive Q:": (self.folder, "VELTGENERAL_DRIVE_Q"),
+              "report form": ("image:a.png", "VELTGENERAL_FORM"),
+              "printer": ("pdf:a.pdf", "VELTGENERAL_PRINTER"),
+              "code page": ("CP1250", "VELTGENERAL_CODEPAGE"),
+              **{f"{module} {kind}": (self.path(f"veltgeneral-{file}.so (missing)"), "VELTGENERAL_MODULE_DIR")
+                 for module, kind, file in [("HTTP", "module", "http"), ("PDF", "generator", "pdf")]}}),
+        ]:
+            self.environment |= environment
+            found = {each["subject"]: (each["value"], each["source"]) for each in self.answer("doctor")}
+            self.assertEqual(found | expected, found)

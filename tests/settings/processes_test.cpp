@@ -1,7 +1,6 @@
 // The stores among many processes, and under kills at any moment.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <thread>
@@ -19,15 +18,6 @@ using namespace test;
 using platform::ProfileCall;
 using platform::RegistryKey;
 using platform::RegistryRoot;
-
-constexpr int kProcesses = 8;
-
-void runEach(const std::function<bool(int)>& body) {
-  std::vector<pid_t> children;
-  for (int process = 0; process < kProcesses; ++process)
-    children.push_back(inProcess([&] { return body(process); }));
-  for (const pid_t child : children) EXPECT_TRUE(succeeded(child));
-}
 
 Text number(int value) { return fromUtf8(std::to_string(value)); }
 
@@ -58,11 +48,11 @@ TEST(Processes, LoseNoSettingOfOneFile) {
     const Text section = place(process), key = name(process, i);
     return putProfile(path, section, key, number(i)) && putRegistry(section, key, number(i));
   };
-  runEach([&](int process) {
+  EXPECT_TRUE(inProcesses([&](int process) {
     int i = 0;
     while (i < kSettings && put(process, i)) ++i;
     return i == kSettings;
-  });
+  }));
   for (int process = 0; process < kProcesses; ++process) {
     const auto key = RegistryKey::open(RegistryRoot::localMachine, place(process), latin1());
     ASSERT_TRUE(key);

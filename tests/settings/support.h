@@ -1,6 +1,7 @@
 // What the tests of the settings stores share: folders of the library's own, many processes.
 #pragma once
 
+#include <algorithm>
 #include <functional>
 
 #include "platform/narrow_page.h"
@@ -63,6 +64,17 @@ inline pid_t inProcess(const std::function<bool()>& body) {
 inline bool succeeded(pid_t child) {
   int status = 0;
   return ::waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+constexpr int kProcesses = 8;
+
+// Whether `body` went well in each of so many processes at the same time; they have a number.
+inline bool inProcesses(const std::function<bool(int)>& body) {
+  std::vector<pid_t> children;
+  for (int process = 0; process < kProcesses; ++process)
+    children.push_back(inProcess([&] { return body(process); }));
+  const auto failed = [](pid_t child) { return !succeeded(child); };
+  return std::ranges::count_if(children, failed) == 0;
 }
 
 }  // namespace veltgeneral::test

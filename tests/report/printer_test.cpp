@@ -1,4 +1,4 @@
-// Printed documents: as PDF files, through a printer that speaks IPP, and through the scheduler.
+// Printed documents: as PDF files, through the scheduler, and straight to a printer.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
@@ -14,12 +14,10 @@ namespace veltgeneral {
 namespace {
 
 using test::PdfText;
-using test::TemporaryFolder;
 
 void printTwoPages(Reporting& report) {
   Variant size = 14.0;
   report.openReport();
-  report.prtLayoutPaginaBase(Text(u"Ordini"), Missing{}, std::int16_t{1});
   report.prtTesto(2.0, 5.0, size, false, false, u"perché");
   report.prtTesto(8.0, 0.0, size, true, false, u"10€");
   report.newPage();
@@ -28,50 +26,48 @@ void printTwoPages(Reporting& report) {
   report.closeReport();
 }
 
-void expectTwoPages(const PdfText& document) {
+void expectTwoPages(const std::string& file) {
+  const PdfText document(file);
   EXPECT_EQ(document.pages, (std::vector<std::string>{"595 x 842", "595 x 842"}));
   struct Case {
     const char* text;
     int page;
     double x, y;  // cm of its top-left corner
-    double size;
   };
-  constexpr Case kCases[] = {
-      {"Ordini", 1, 9.5, 1.2, 14},
-      {"perché", 1, 2, 5, 14},
-      {"10€", 1, 8, 5, 14},
-      {"second", 2, 2, 5, 14},
-      {"2", 2, 16 + 8 * 0.2117, 27.1, 10},
-  };
-  constexpr double kPoint = 567 / 20.0;
+  constexpr Case kCases[] = {{"perché", 1, 2, 5}, {"10€", 1, 8, 5}, {"second", 2, 2, 5}};
   for (const Case& c : kCases) {
     const test::Word word = document.word(c.text);
     EXPECT_EQ(word.page, c.page) << c.text;
-    EXPECT_NEAR(word.left, c.x * kPoint, 0.6) << c.text;
-    EXPECT_NEAR(word.top, c.y * kPoint, c.size * 0.2) << c.text;
+    EXPECT_NEAR(word.left, c.x * 567 / 20, 0.6) << c.text;
+    EXPECT_NEAR(word.top, c.y * 567 / 20, 3) << c.text;
     const auto cells = static_cast<double>(fromUtf8(c.text).size());
-    EXPECT_NEAR(word.right - word.left, cells * 1229 / 2048 * c.size, 0.6) << c.text;
+    EXPECT_NEAR(word.right - word.left, cells * 1229 / 2048 * 14, 0.6) << c.text;
   }
 }
 
 class PrinterTest : public testing::Test {
  protected:
-  PrinterTest() { report_.setOutputMode(torPRINTER); }
+  PrinterTest() {
+    report_.setOutputMode(torPRINTER);
+    choose("pdf:" + file_);
+  }
   ~PrinterTest() override { ::unsetenv("VELTGENERAL_PRINTER"); }
 
   static void choose(const std::string& printer) {
     ::setenv("VELTGENERAL_PRINTER", printer.c_str(), 1);
   }
+  std::int32_t errorOfPrinting() {
+    return errorOf([&] { printTwoPages(report_); });
+  }
 
-  TemporaryFolder folder_;
+  const test::TemporaryFolder folder_;
+  const std::string file_ = folder_ / "report.pdf";
   Reporting report_;
 };
 
 TEST_F(PrinterTest, PagesToAFile) {
-  const std::string file = folder_ / "report.pdf";
-  choose("pdf:" + file);
   printTwoPages(report_);
-  expectTwoPages(PdfText(file));
+  expectTwoPages(file_);
   // The next document begins anew, on the first line; pages without a word count, except the last.
   Variant size = 10.0;
   report_.newPage();
@@ -79,19 +75,17 @@ TEST_F(PrinterTest, PagesToAFile) {
   report_.prtTesto(2.0, 0.0, size, false, false, u"third");
   report_.newPage();
   report_.closeReport();
-  const PdfText document(file);
+  const PdfText document(file_);
   EXPECT_EQ(document.pages.size(), 3u);
   EXPECT_EQ(document.word("third").page, 3);
   EXPECT_NEAR(document.word("third").top, 0, 2);
 }
 
 TEST_F(PrinterTest, WhatFailsOrIsNotEndedLeavesTheFileAsItWas) {
-  const std::string file = folder_.put("report.pdf", "before");
-  choose("pdf:" + file);
+  folder_.put("report.pdf", "before");
   {
     Reporting dropped;
     dropped.setOutputMode(torPRINTER);
-    dropped.openReport();
     dropped.prtLayoutPaginaBase();
   }
   report_.openReport();
@@ -99,33 +93,29 @@ TEST_F(PrinterTest, WhatFailsOrIsNotEndedLeavesTheFileAsItWas) {
   for (const double points : {0.0, -1.0, 2161.0}) {
     Variant size = points;
     EXPECT_EQ(errorOf([&] { report_.prtTesto(1.0, 1.0, size, false, false, u"a"); }), 380);
-    report_.closeReport();
   }
-  for (const auto& [place, error] : {std::pair{folder_ / "none/report.pdf", 76},
-                                     {folder_ / "", 75},
-                                     {file + "/report.pdf", 76}}) {
-    choose("pdf:" + place);
-    EXPECT_EQ(errorOf([&] { printTwoPages(report_); }), error) << place;
-    report_.closeReport();
-  }
+  report_.closeReport();
   // A file that may not grow: the system's words for a disk without room are the same to us.
-  choose("pdf:" + file);
   rlimit before{};
   ::getrlimit(RLIMIT_FSIZE, &before);
   const auto signal = ::signal(SIGXFSZ, SIG_IGN);
   const rlimit small{2000, before.rlim_max};
   ::setrlimit(RLIMIT_FSIZE, &small);
-  const std::int32_t error = errorOf([&] { printTwoPages(report_); });
+  EXPECT_EQ(errorOfPrinting(), 61);
   ::setrlimit(RLIMIT_FSIZE, &before);
   ::signal(SIGXFSZ, signal);
-  EXPECT_EQ(error, 61);
-  EXPECT_EQ(test::contentOf(file), "before");
+  for (const auto& [place, error] : {std::pair{folder_ / "none/report.pdf", 76},
+                                     {folder_ / "", 75},
+                                     {file_ + "/report.pdf", 76}}) {
+    choose("pdf:" + place);
+    report_.closeReport();
+    EXPECT_EQ(errorOfPrinting(), error) << place;
+  }
+  EXPECT_EQ(test::contentOf(file_), "before");
   EXPECT_EQ(folder_.fileCount(), 1u);
 }
 
 TEST_F(PrinterTest, ManyThreadsEachWithItsOwnDocument) {
-  const std::string file = folder_ / "report.pdf";
-  choose("pdf:" + file);
   ::setenv("VELTGENERAL_FORM", ("image:" + folder_ / "form.png").c_str(), 1);
   const auto draw = [] {
     Reporting printed;
@@ -145,47 +135,40 @@ TEST_F(PrinterTest, ManyThreadsEachWithItsOwnDocument) {
   Reporting().closeReport();
   ::unsetenv("VELTGENERAL_FORM");
   // Whichever was last, it is whole.
-  expectTwoPages(PdfText(file));
+  expectTwoPages(file_);
   EXPECT_EQ(folder_.fileCount(), 2u);
 }
 
-TEST_F(PrinterTest, StraightToAPrinter) {
-  test::PrintSystem system;
-  system.startPrinter();
-  choose(system.printerAddress());
-  printTwoPages(report_);
-  expectTwoPages(PdfText(system.received()));
-  EXPECT_TRUE(system.printerLogHas("media (keyword) iso_a4_210x297mm"));
-  EXPECT_TRUE(system.printerLogHas("Report from report_test"));
-
-  system.stopPrinter();
-  EXPECT_EQ(errorOf([&] { printTwoPages(report_); }), 482);
-}
-
-TEST_F(PrinterTest, ThroughTheScheduler) {
-  test::PrintSystem system;
-  system.startScheduler();
-  choose("");
-  EXPECT_EQ(errorOf([&] { report_.openReport(); }), 482);  // there is no queue at all
-  system.startPrinter();
-  system.addDefaultQueue("office");
-  for (const char* queue : {"", "office"}) {
-    choose(queue);
-    printTwoPages(report_);
-    expectTwoPages(PdfText(system.received()));
-    EXPECT_TRUE(system.printerLogHas("x-dimension=21000 y-dimension=29700"));
+TEST_F(PrinterTest, JobsOfThePrintSystem) {
+  const std::string direct = "ipp://" + test::PrintSystem::address() + "/printers/office";
+  {
+    test::PrintSystem system;
+    choose("");
+    EXPECT_EQ(errorOfPrinting(), 482);  // there is no queue at all
+    system.administer({"lpadmin", "-p", "office", "-E", "-v", "file:/dev/null"});
+    system.administer({"lpadmin", "-d", "office"});
+    for (const std::string& queue : {std::string(), std::string("office"), direct}) {
+      choose(queue);
+      EXPECT_EQ(errorOfPrinting(), 0) << queue;
+      expectTwoPages(system.received());
+      EXPECT_TRUE(system.jobSays("iso_a4_210x297mm"));
+      EXPECT_TRUE(system.jobSays("Report from report_test"));
+    }
+    choose("nowhere");
+    EXPECT_EQ(errorOfPrinting(), 482);
+    // A queue that takes no jobs refuses the document when it is sent; the next one goes well.
+    choose("office");
+    report_.prtLayoutPaginaBase();
+    system.administer({"cupsreject", "office"});
+    EXPECT_EQ(errorOf([&] { report_.closeReport(); }), 482);
+    system.administer({"cupsaccept", "office"});
+    EXPECT_EQ(errorOfPrinting(), 0);
+    expectTwoPages(system.received());
   }
-  choose("nowhere");
-  EXPECT_EQ(errorOf([&] { report_.openReport(); }), 482);
-  // A queue that takes no jobs refuses the document when it is sent; the next one goes well.
-  choose("office");
-  report_.openReport();
-  report_.prtLayoutPaginaBase();
-  system.administer({"cupsreject", "office"});
-  EXPECT_EQ(errorOf([&] { report_.closeReport(); }), 482);
-  system.administer({"cupsaccept", "office"});
-  printTwoPages(report_);
-  expectTwoPages(PdfText(system.received()));
+  for (const std::string& queue : {std::string(), direct}) {
+    choose(queue);
+    EXPECT_EQ(errorOfPrinting(), 482) << queue;  // nobody is there
+  }
 }
 
 }  // namespace

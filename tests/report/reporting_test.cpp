@@ -1,204 +1,239 @@
-// What the members ask of a surface, call by call.
+// What the members ask of a surface, and the lines that are cut off a text.
 #include <gtest/gtest.h>
 
 #include <ctime>
+#include <functional>
+#include <sstream>
 
 #include "automation/locale.h"
-#include "report/recording_surfaces.h"
+#include "platform/report_surfaces.h"
 #include "support/error_of.h"
 #include "veltgeneral/reporting.h"
 
 namespace veltgeneral {
 namespace {
 
-using Lines = std::vector<std::string>;
+using platform::ErrorNumber;
+using platform::ReportSurface;
 
-class ReportingTest : public testing::Test {
- protected:
-  // What `action` asks of the surface that `mode` stands for.
-  template <class Action>
-  Lines asked(std::int32_t mode, Action&& action) {
-    surfaces_.record.lines.clear();
-    Reporting report(surfaces_);
-    report.setOutputMode(static_cast<typeOutputReport>(mode));
-    action(report);
-    return surfaces_.record.lines;
-  }
-  // Only the boxes and texts of a printed page, each text with its place and font.
-  template <class Action>
-  Lines drawn(Action&& action) {
-    Lines out;
-    std::string font;
-    for (const std::string& line : asked(torPRINTER, action)) {
-      if (line.starts_with("box")) out.push_back(line);
-      if (line.starts_with("face")) font.clear();
-      if (line.starts_with("text")) out.push_back(line + " |" + font);
-      for (const char* part : {"size", "bold", "x ", "y "})
-        if (line.starts_with(part)) font.append(line, line.find(' '));
-    }
-    return out;
-  }
+// What is asked of the surfaces; a text comes with the font and the place that it gets.
+struct Record {
+  std::string calls;    // each ends in "; "
+  std::string refused;  // the call of that name answers 482
 
-  // The outline of a box, edge by edge.
-  static Lines outline(const std::string& x1, const std::string& y1, const std::string& x2,
-                       const std::string& y2) {
-    const auto edge = [](const std::string& a, const std::string& b, const std::string& c,
-                         const std::string& d) {
-      return "box " + a + " " + b + " " + c + " " + d + " 0";
-    };
-    return {edge(x1, y1, x1, y2), edge(x1, y1, x2, y1), edge(x2, y1, x2, y2), edge(x1, y2, x2, y2)};
+  template <class... Words>
+  ErrorNumber note(const char* call, const Words&... words) {
+    std::ostringstream line;
+    line << call;
+    ((line << ' ' << words), ...);
+    calls += line.str() + "; ";
+    return answer(call);
   }
-  static Lines joined(std::initializer_list<Lines> parts) {
-    Lines all;
-    for (const Lines& part : parts) all.insert(all.end(), part.begin(), part.end());
-    return all;
-  }
-
-  test::RecordingSurfaces surfaces_;
-  Variant size_ = 10.0;
+  ErrorNumber answer(const char* call) const { return refused == call ? 482 : 0; }
 };
 
-TEST_F(ReportingTest, SessionOnBothTargets) {
-  const auto session = [](Reporting& report) {
-    report.openReport();
-    report.newPage();
-    report.closeReport();
-  };
-  const Lines form = {"show", "service", "unload"};
-  const Lines printer = {"paper 9", "page", "end"};
-  EXPECT_EQ(asked(torPRINTER, session), printer);
-  // Everything but 2 is the form.
-  for (const std::int32_t mode : {0, 1, 3, -2}) EXPECT_EQ(asked(mode, session), form) << mode;
+class RecordingSurface : public ReportSurface {
+ public:
+  explicit RecordingSurface(Record& record) : record_(record) {}
+
+  ErrorNumber setFontName(TextView v) noexcept override { return set("face", face_, toUtf8(v)); }
+  ErrorNumber setFontSize(float v) noexcept override { return set("size", size_, v); }
+  ErrorNumber setFontBold(bool v) noexcept override { return set("bold", bold_, v); }
+  ErrorNumber setFontItalic(bool v) noexcept override { return set("italic", italic_, v); }
+  ErrorNumber setCurrentX(float v) noexcept override { return set("x", x_, v); }
+  ErrorNumber setCurrentY(float v) noexcept override { return set("y", y_, v); }
+  ErrorNumber getCurrentX(float& v) noexcept override { return set("x?", v, x_); }
+  ErrorNumber getCurrentY(float& v) noexcept override { return set("y?", v, y_); }
+  ErrorNumber printText(TextView text) noexcept override {
+    const float left = x_;
+    x_ += 100 * static_cast<float>(text.size());
+    return record_.note("text", toUtf8(text), face_, size_, bold_ ? "bold" : "light",
+                        italic_ ? "slanted" : "upright", left, y_);
+  }
+  ErrorNumber drawBox(float x1, float y1, float x2, float y2, std::int32_t c) noexcept override {
+    return record_.note("box", x1, y1, x2, y2, c);
+  }
+  ErrorNumber newPage() noexcept override { return record_.note("page"); }
+  ErrorNumber endDocument() noexcept override { return record_.note("end"); }
+  ErrorNumber show() noexcept override { return record_.note("show"); }
+  ErrorNumber unload() noexcept override { return record_.note("unload"); }
+
+ private:
+  template <class T>
+  ErrorNumber set(const char* call, T& to, const T& value) {
+    to = value;
+    return record_.answer(call);
+  }
+
+  Record& record_;
+  std::string face_;
+  float size_ = 0, x_ = 0, y_ = 0;
+  bool bold_ = false, italic_ = false;
+};
+
+struct RecordingSurfaces : platform::ReportSurfaces {
+  Record record;
+  RecordingSurface onForm{record};
+
+  ReportSurface& form() noexcept override { return onForm; }
+  ErrorNumber openPrinter(std::int16_t paper,
+                          std::unique_ptr<ReportSurface>& to) noexcept override {
+    to = std::make_unique<RecordingSurface>(record);
+    return record.note("paper", paper);
+  }
+  ErrorNumber serviceEvents() noexcept override { return record.note("service"); }
+};
+
+// What `draw` asks of the surface that `mode` stands for.
+template <class Draw>
+std::string asked(std::int32_t mode, Draw&& draw) {
+  RecordingSurfaces surfaces;
+  Reporting report(surfaces);
+  report.setOutputMode(static_cast<typeOutputReport>(mode));
+  draw(report);
+  return surfaces.record.calls;
 }
 
-TEST_F(ReportingTest, BoxesAreFilledUnlessBlackAndOutlinedInOrder) {
-  const auto box = [](std::int32_t color) {
+// A box: what fills it, then its left, top, right and bottom edge.
+std::string box(double x1, double y1, double x2, double y2, std::int32_t color = 0) {
+  Record record;
+  if (color != 0) record.note("box", x1, y1, x2, y2, color);
+  record.note("box", x1, y1, x1, y2, 0);
+  record.note("box", x1, y1, x2, y1, 0);
+  record.note("box", x2, y1, x2, y2, 0);
+  record.note("box", x1, y2, x2, y2, 0);
+  return record.calls;
+}
+
+void session(Reporting& report) {
+  report.openReport();
+  report.newPage();
+  report.closeReport();
+}
+
+void twoTexts(Reporting& report) {
+  Variant size = std::int16_t{10};
+  report.prtTesto(10.0, 5.0, size, true, false, u"è");
+  report.prtTesto(Text(u"1"), Empty{}, size, false, true, u"same line");
+  EXPECT_EQ(size, Variant(std::int16_t{10}));
+}
+
+void band(Reporting& report) {
+  Variant size = 10.0;
+  report.prtBoxWithTesto(1.2, 2.0, size, false, true, u"abc", 0x00FFFF, 5.0);
+}
+
+TEST(Reporting, AsksTheSurfaceInForce) {
+  const auto boxOf = [](std::int32_t color) {
     return [color](Reporting& report) {
       report.prtBox(std::int16_t{1}, 2.0f, Text(u"3"), Currency{40000}, color);
     };
   };
-  const Lines printed = outline("567", "1134", "1701", "2268");
-  EXPECT_EQ(asked(torPRINTER, box(0)), joined({{"paper 9"}, printed}));
-  EXPECT_EQ(asked(torPRINTER, box(255)),
-            joined({{"paper 9", "box 567 1134 1701 2268 255"}, printed}));
-  EXPECT_EQ(asked(torFORM, box(255)), joined({{"box 396.9 793.8 1190.7 1587.6 255"},
-                                              outline("396.9", "793.8", "1190.7", "1587.6"),
-                                              {"service"}}));
+  const std::string frame = box(567, 567, 10773, 15309);
+  const auto framed = [](const Variant& header, const Variant& number, const Variant& bold) {
+    return
+        [=](Reporting& report) { report.prtLayoutPaginaBase(header, header, number, false, bold); };
+  };
+  constexpr std::int32_t kGrey = 0x404040;
+  const std::string bars =
+      box(567, 567, 10773, 578.34, kGrey) + box(567, 15309, 10773, 15320.3, kGrey) +
+      box(567, 567, 578.34, 15309, kGrey) + box(10773, 567, 10784.3, 15309, kGrey);
+  const struct {
+    std::int32_t mode;
+    std::function<void(Reporting&)> draw;
+    std::string calls;
+  } cases[] = {
+      {torPRINTER, session, "paper 9; page; end; "},
+      // Everything but 2 is the form.
+      {torFORM, session, "show; service; unload; "},
+      {0, session, "show; service; unload; "},
+      // Black fills nothing.
+      {torPRINTER, boxOf(0), "paper 9; " + box(567, 1134, 1701, 2268)},
+      {torPRINTER, boxOf(255), "paper 9; " + box(567, 1134, 1701, 2268, 255)},
+      {torFORM, boxOf(255), box(396.9, 793.8, 1190.7, 1587.6, 255) + "service; "},
+      // A place of 0 stays on the line of the text before.
+      {torPRINTER, twoTexts,
+       "paper 9; text è Courier New 10 bold upright 5670 2835; "
+       "text same line Courier New 10 light slanted 567 2835; "},
+      {torFORM, twoTexts,
+       "text è Courier New 7 bold upright 3969 1984.5; service; "
+       "text same line Courier New 7 light slanted 396.9 1984.5; service; "},
+      // The printed band ends where the text did, 300 twips from its start, and covers it.
+      {torPRINTER, band,
+       "paper 9; text abc Courier New 10 light slanted 680.4 1134; " +
+           box(567, 1134, 980.4, 1417.5, 0x00FFFF)},
+      {torFORM, band,
+       "text abc Courier New 7 light slanted 476.28 793.8; " +
+           box(396.9, 793.8, 2460.78, 952.56, 0x00FFFF) +
+           "text abc Courier New 7 light slanted 476.28 793.8; service; "},
+      {torPRINTER, [](Reporting& report) { report.prtLayoutPaginaBase(); }, "paper 9; " + frame},
+      {torPRINTER, framed(Missing{}, std::int32_t{3}, false),
+       "paper 9; " + frame + "text Pagina: 3 Courier New 10 light upright 9072 15365.7; "},
+      {torPRINTER, framed(Text(u"ab"), Missing{}, std::int16_t{-1}),
+       "paper 9; " + bars + box(567, 1134, 10773, 1145.34, kGrey) +
+           "text ab Courier New 14 bold upright 5726.7 680.4; " +
+           box(567, 14742, 10773, 14753.3, kGrey) +
+           "text ab Courier New 12 bold upright 5726.7 14855.4; "},
+  };
+  for (const auto& c : cases) EXPECT_EQ(asked(c.mode, c.draw), c.calls) << c.mode;
 }
 
-TEST_F(ReportingTest, TextsAreScaledOnTheFormOnly) {
-  Variant size = std::int16_t{10};
-  const auto text = [&](const Variant& y) {
-    return [&size, y](Reporting& report) { report.prtTesto(10.0, y, size, true, false, u"è"); };
+TEST(Reporting, HeadersAreCentredByTheirCharacters) {
+  const auto withHeader = [](std::size_t length) {
+    return asked(torPRINTER,
+                 [&](Reporting& report) { report.prtLayoutPaginaBase(Text(length, u'm')); });
   };
-  EXPECT_EQ(asked(torFORM, text(5.0)), (Lines{"face Courier New", "size 7", "bold 1", "italic 0",
-                                              "x 3969", "y 1984.5", "text è", "service"}));
-  EXPECT_EQ(asked(torPRINTER, text(5.0)), (Lines{"paper 9", "face Courier New", "size 10", "bold 1",
-                                                 "italic 0", "x 5670", "y 2835", "text è"}));
-  // Zero stays on the line of the text before.
-  EXPECT_EQ(asked(torPRINTER, text(Empty{})), (Lines{"paper 9", "face Courier New", "size 10",
-                                                     "bold 1", "italic 0", "x 5670", "text è"}));
-  EXPECT_EQ(size, Variant(std::int16_t{10}));
-}
-
-TEST_F(ReportingTest, BandsDifferByTarget) {
-  const auto band = [&](Reporting& report) {
-    report.prtBoxWithTesto(1.2, 2.0, size_, false, true, u"abc", 0x00FFFF, 5.0);
-  };
-  const Lines text = {"face Courier New", "size 7",  "bold 0",  "italic 1",
-                      "x 476.28",         "y 793.8", "text abc"};
-  EXPECT_EQ(asked(torFORM, band), joined({text,
-                                          {"box 396.9 793.8 2460.78 952.56 65535"},
-                                          outline("396.9", "793.8", "2460.78", "952.56"),
-                                          text,
-                                          {"service"}}));
-  // The band ends where the text did, 300 twips from its start, and covers it.
-  EXPECT_EQ(asked(torPRINTER, band),
-            joined({{"paper 9", "face Courier New", "size 10", "bold 0", "italic 1", "x 680.4",
-                     "y 1134", "text abc", "x?", "y?", "box 567 1134 980.4 1417.5 65535"},
-                    outline("567", "1134", "980.4", "1417.5")}));
-}
-
-TEST_F(ReportingTest, FramesThinAndBold) {
-  EXPECT_EQ(drawn([](Reporting& report) { report.prtLayoutPaginaBase(); }),
-            outline("567", "567", "10773", "15309"));
-  const auto bold = [&](const Variant& isBold, const Variant& header) {
-    Lines fills;
-    for (const std::string& line : drawn([&](Reporting& report) {
-           report.prtLayoutPaginaBase(header, header, Missing{}, Missing{}, isBold);
-         }))
-      if (!line.ends_with(" 0") || line.starts_with("text")) fills.push_back(line);
-    return fills;
-  };
-  EXPECT_EQ(bold(false, Missing{}), Lines{});
-  const Lines bars = {"box 567 567 10773 578.34 4210752", "box 567 15309 10773 15320.3 4210752",
-                      "box 567 567 578.34 15309 4210752", "box 10773 567 10784.3 15309 4210752"};
-  EXPECT_EQ(bold(true, Missing{}), bars);
-  EXPECT_EQ(bold(std::int16_t{-1}, Text(u"ab")),
-            joined({bars,
-                    {"box 567 1134 10773 1145.34 4210752", "text ab | 14 1 5726.7 680.4",
-                     "box 567 14742 10773 14753.3 4210752", "text ab | 12 1 5726.7 14855.4"}}));
-}
-
-TEST_F(ReportingTest, HeadersAreCentredByTheirCharacters) {
-  struct Case {
-    std::size_t length;
-    const char* x;  // twips of 2 cm + 0.3 cm a blank cell
-  };
-  constexpr Case kCases[] = {
+  constexpr std::pair<std::size_t, const char*> kCases[] = {
+      // twips of 2 cm + 0.3 cm a blank cell
       {6, "5386.5"}, {5, "5556.6"}, {7, "5216.4"},  // halves go to the even neighbour
       {0, "5896.8"}, {56, "1134"},  {57, "1134"},  {58, "963.9"}, {59, "793.8"},
   };
-  for (const Case& c : kCases) {
-    SCOPED_TRACE(c.length);
-    const Text header(c.length, u'm');
-    const Lines lines = drawn([&](Reporting& report) { report.prtLayoutPaginaBase(header); });
-    ASSERT_EQ(lines.size(), 9u);
-    EXPECT_EQ(lines[8], std::string("text ") + toUtf8(header) + " | 14 1 " + c.x + " 680.4");
-  }
-  const auto tooLong = [](Reporting& report) { report.prtLayoutPaginaBase(Text(32768, u'm')); };
-  EXPECT_EQ(errorOf([&] { drawn(tooLong); }), 6);
+  for (const auto& [length, x] : kCases)
+    EXPECT_TRUE(withHeader(length).ends_with(" bold upright " + std::string(x) + " 680.4; "))
+        << withHeader(length);
+  EXPECT_EQ(errorOf([&] { withHeader(32768); }), 6);
 }
 
-TEST_F(ReportingTest, PageNumberAndDate) {
+TEST(Reporting, TheDateStandsBelowTheFrame) {
   const ScopedLocale locale("it_IT");
-  const auto below = [&](const Variant& number, const Variant& withDate) {
-    Lines lines = drawn([&](Reporting& report) {
-      report.prtLayoutPaginaBase(Missing{}, Missing{}, number, withDate);
-    });
-    lines.erase(lines.begin(), lines.begin() + 4);
-    return lines;
-  };
-  EXPECT_EQ(below(std::int32_t{3}, false), Lines{"text Pagina: 3 | 10 0 9072 15365.7"});
   const auto minute = [] {
     const std::time_t now = std::time(nullptr);
     char text[80];
-    return std::string(text,
-                       std::strftime(text, sizeof text, "text %d/%m/%Y  %H:%M | 10 0 1134 15365.7",
-                                     std::localtime(&now)));
+    std::strftime(text, sizeof text,
+                  "; text %d/%m/%Y  %H:%M Courier New 10 light upright 1134 15365.7; ",
+                  std::localtime(&now));
+    return std::string(text);
   };
   const std::string before = minute();
-  const Lines dated = below(Missing{}, true);
-  EXPECT_TRUE(dated == Lines{before} || dated == Lines{minute()}) << before;
+  const std::string calls = asked(torPRINTER, [](Reporting& report) {
+    report.prtLayoutPaginaBase(Missing{}, Missing{}, Missing{}, true);
+  });
+  EXPECT_TRUE(calls.ends_with(before) || calls.ends_with(minute())) << calls;
 }
 
-TEST_F(ReportingTest, ErrorsReachTheCaller) {
-  const auto text = [&](const Variant& x, Variant points) {
-    Reporting report(surfaces_);
-    return errorOf([&] { report.prtTesto(x, 1.0, points, false, false, u"a"); });
+TEST(Reporting, ErrorsReachTheCaller) {
+  RecordingSurfaces surfaces;
+  const auto errorOn = [&](typeOutputReport mode, const Variant& x, Variant points) {
+    Reporting report(surfaces);
+    report.setOutputMode(mode);
+    return errorOf([&] {
+      report.openReport();
+      report.prtBoxWithTesto(x, 1.0, points, false, false, u"a", 255, 1.0);
+      report.newPage();
+      report.closeReport();
+    });
   };
-  EXPECT_EQ(text(Text(u"one"), size_), 13);
-  EXPECT_EQ(text(1.0, Null{}), 94);
-  EXPECT_EQ(text(1e40, size_), 6);
-  const auto page = [](Reporting& report) {
-    report.openReport();
-    report.prtLayoutPaginaBase(Text(u"a"));
-    report.newPage();
-    report.closeReport();
-  };
-  for (const char* call : {"paper", "box", "text", "page", "end"}) {
-    surfaces_.record.refused = call;
-    EXPECT_EQ(errorOf([&] { asked(torPRINTER, page); }), 482) << call;
+  EXPECT_EQ(errorOn(torFORM, Text(u"one"), 10.0), 13);
+  EXPECT_EQ(errorOn(torFORM, 1.0, Null{}), 94);
+  EXPECT_EQ(errorOn(torFORM, 1e40, 10.0), 6);
+  for (const char* call : {"paper", "face", "size", "bold", "italic", "x", "y", "text", "x?", "y?",
+                           "box", "page", "end"}) {
+    surfaces.record.refused = call;
+    EXPECT_EQ(errorOn(torPRINTER, 1.0, 10.0), 482) << call;
+  }
+  for (const char* call : {"show", "text", "box", "service", "unload"}) {
+    surfaces.record.refused = call;
+    EXPECT_EQ(errorOn(torFORM, 1.0, 10.0), 482) << call;
   }
 }
 
@@ -223,9 +258,8 @@ TEST(FormattaStringa, CutsTheNextLine) {
   Reporting report;
   for (const Case& c : kCases) {
     Text text(c.text);
-    const Text line = report.formattaStringa(text, c.length);
-    EXPECT_EQ(toUtf8(line), toUtf8(c.line)) << toUtf8(c.text);
-    EXPECT_EQ(toUtf8(text), toUtf8(c.rest)) << toUtf8(c.text);
+    EXPECT_EQ(report.formattaStringa(text, c.length), c.line) << toUtf8(c.text);
+    EXPECT_EQ(text, c.rest) << toUtf8(c.text);
   }
   Text kept = u"ab";
   EXPECT_EQ(errorOf([&] { report.formattaStringa(kept, -1); }), 5);

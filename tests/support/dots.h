@@ -1,0 +1,29 @@
+// Pictures in memory, and their dots as 0x00RRGGBB.
+#pragma once
+
+#include <cairo.h>
+
+#include <cstdint>
+#include <cstring>
+#include <string>
+
+#include "drawing/handles.h"
+
+namespace veltgeneral::test {
+
+using Picture = drawing::Handle<cairo_surface_t, cairo_surface_destroy>;
+using Pen = drawing::Handle<cairo_t, cairo_destroy>;
+
+inline Picture blackPicture(int width, int height) {
+  return Picture(cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height));
+}
+
+inline std::uint32_t dotAt(cairo_surface_t* picture, int x, int y) {
+  cairo_surface_flush(picture);
+  const std::ptrdiff_t row = cairo_image_surface_get_stride(picture);
+  std::uint32_t dot = 0;
+  std::memcpy(&dot, cairo_image_surface_get_data(picture) + y * row + 4 * x, sizeof dot);
+  return dot & 0xFFFFFF;
+}
+
+}  // namespace veltgeneral::test

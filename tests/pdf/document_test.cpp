@@ -1,9 +1,9 @@
 // Documents, read back with independent tools.
-#include <algorithm>
-#include <cmath>
 #include <set>
+#include <sstream>
 
 #include "pdf/generator.h"
+#include "support/dots.h"
 
 namespace veltgeneral::pdf {
 namespace {
@@ -14,27 +14,92 @@ std::string repeated(std::string_view text, int times) {
   return out;
 }
 
+// The first page of a document that `commands` make.
+class Rendered {
+ public:
+  Rendered(const Generator& generator, std::string_view commands) {
+    EXPECT_EQ(generator.run(commands).message, "");
+    const std::string dots = generator.folder / "dots";
+    test::outputOf("pdftoppm -r 72 -png -singlefile " + generator.document + " " + dots);
+    page_.reset(cairo_image_surface_create_from_png((dots + ".png").c_str()));
+  }
+  // At a place in cm.
+  std::uint32_t at(double x, double y) const {
+    return test::dotAt(page_.get(), static_cast<int>(x * kCm), static_cast<int>(y * kCm));
+  }
+
+ private:
+  test::Picture page_;
+};
+
 class Document : public testing::Test {
  protected:
   const Generator generator_;
 };
 
-TEST_F(Document, TextStandsWhereItIsPut) {
-  const std::vector<Word> words = generator_
-                                      .make(
-                                          "font \"Courier New\" 10\n"
-                                          "text 5 4 \"left\"\n"
-                                          "text 5 5 \"middle\" centre\n"
-                                          "TEXT 5 6 \"one\\nright\" RIGHT\n")
-                                      .words;
-  ASSERT_EQ(words.size(), 4u);
-  const double cell = 10 * 1229.0 / 2048;
-  EXPECT_NEAR(words[0].left, 5 * kCm, 0.1);
-  EXPECT_NEAR(words[0].right, 5 * kCm + 4 * cell, 0.1);
-  EXPECT_NEAR(words[0].top, 4 * kCm, 1);
-  EXPECT_NEAR((words[1].left + words[1].right) / 2, 5 * kCm, 0.1);
-  EXPECT_NEAR(words[3].right, 5 * kCm, 0.1);
-  EXPECT_GT(words[3].top, words[2].top + 10);
+TEST_F(Document, TextsAndCellsStandWhereTheyArePut) {
+  const PdfText text = generator_.make(
+      "font \"Courier New\" 10\ntext 5 4 \"left\"\ntext 5 5 \"middle\" centre\n"
+      "TEXT 5 6 \"one\\nright\" RIGHT\nmove 7\ntable 3 4 right 5 centre grid from 4\n"
+      "row \"a\" \"b\" \"c\"\nrow \"wide cells wrap\" \"d\" \"\"\nrow \"e\" \"\" \"\"\nend\n"
+      "paragraph \"after\"\n");
+  const double width = 4 * 10 * 1229.0 / 2048 / kCm;
+  const double pad = 0.12;
+  const struct {
+    const char* word;
+    double Word::*edge;
+    double cm;
+  } cases[] = {
+      {"left", &Word::left, 5},
+      {"left", &Word::right, 5 + width},
+      {"middle", &Word::left, 5 - 0.75 * width},
+      {"middle", &Word::right, 5 + 0.75 * width},
+      {"right", &Word::right, 5},
+      {"a", &Word::left, 4 + pad},
+      {"b", &Word::right, 11 - pad},
+      {"c", &Word::right, 13.5 + width / 8},
+      {"wrap", &Word::left, 4 + pad},
+  };
+  for (const auto& c : cases) EXPECT_NEAR(text.word(c.word).*c.edge, c.cm * kCm, 0.1) << c.word;
+  EXPECT_NEAR(text.word("left").top, 4 * kCm, 1);
+  EXPECT_NEAR(text.word("d").top, text.word("wide").top, 0.1);
+  // Each of these stands below the one before.
+  const char* before = "left";
+  for (const char* word : {"middle", "one", "right", "a", "wide", "wrap", "e", "after"}) {
+    EXPECT_GT(text.word(word).top, text.word(before).bottom - 2) << word;
+    before = word;
+  }
+}
+
+TEST_F(Document, PagesHoldWhatIsWritten) {
+  struct Case {
+    const char* codePage;
+    const char* commands;
+    const char* pages;
+  };
+  constexpr Case kCases[] = {
+      {"", "# nothing\n", ""},
+      {"", "text 2 2 \"perch\xE9\xA0\x80\x93\"", "perché €“"},
+      {"CP1251", "text 2 2 \"\xCC\xE8\xF0\"", "Мир"},
+      {"",
+       "header\ntext 2 1 \"Upper{page}\"\nend\n"
+       "footer\ntext 19 28 \"{page}/{pages} \\{page}\" right\nend\n"
+       "paragraph \"a\"\nnewpage\nparagraph \"b\"\n"
+       "header\ntext 2 1 \"Later\"\nend\nnewpage\ntext 3 3 \"last {pages}\"\n",
+       "Upper1 a 1/3 {page} | Upper2 b 2/3 {page} | Later last 3 3/3 {page}"},
+      // A table of heads alone, where they find no room, stands on the next page.
+      {"", "move 27\ntable 5\nhead \"one\"\nhead \"two\"\nend\nparagraph \"after\"\n",
+       " | one two after"},
+  };
+  for (const Case& c : kCases) {
+    ::setenv("VELTGENERAL_CODEPAGE", c.codePage, 1);
+    const PdfText text = generator_.make(c.commands);
+    std::string pages = text.page(1);
+    for (int page = 2; page <= static_cast<int>(text.pages.size()); ++page)
+      pages.append(" | ").append(text.page(page));
+    EXPECT_EQ(pages, c.pages);
+  }
+  ::unsetenv("VELTGENERAL_CODEPAGE");
 }
 
 TEST_F(Document, TitleAuthorAndPageSizes) {
@@ -48,63 +113,37 @@ TEST_F(Document, TitleAuthorAndPageSizes) {
     EXPECT_NE(info.find(line), std::string::npos) << line << info;
 }
 
-TEST_F(Document, TextIsReadInTheCodePage) {
-  EXPECT_EQ(generator_.make("text 2 2 \"perch\xE9\xA0\x80\x93\"").page(1), "perché €“");
-  ::setenv("VELTGENERAL_CODEPAGE", "CP1251", 1);
-  const PdfText text = generator_.make("text 2 2 \"\xCC\xE8\xF0\"");
-  ::unsetenv("VELTGENERAL_CODEPAGE");
-  EXPECT_EQ(text.page(1), "Мир");
-}
-
 TEST_F(Document, ParagraphsWrapAtBlanksAndStayInside) {
-  const PdfText text = generator_.make(
-      "font \"Times New Roman\" 12\nmargins 3 2 4 2\nparagraph \"" +
-      repeated("lorem ipsum dolor ", 40) + "end\" justify\n" +
-      "paragraph \"a\\n\\nb\"\nparagraph \"" + std::string(200, 'W') + "\" from 10 to 12\n");
+  const std::vector<Word> words =
+      generator_
+          .make("font \"Times New Roman\" 12\nmargins 3 2 4 2\nparagraph \"" +
+                repeated("lorem ipsum dolor ", 40) + "end\" justify\nparagraph \"a\\n\\n" +
+                repeated("b\\n", 130) + "\"\nparagraph \"" + repeated("W", 200) +
+                "\" from 10 to 12\n")
+          .words;
   const double right = (21 - 4) * kCm;
-  int flush = 0;
-  std::set<double> lines;
+  std::size_t i = 0;
+  for (; words[i].text != "end"; ++i)
+    EXPECT_TRUE(words[i + 1].top == words[i].top || words[i].right > right - 0.5) << i;
+  EXPECT_LT(words[i].right, right - 10);
+  EXPECT_NEAR(words[i + 2].top - words[i + 1].top, 2 * 1.15 * (words[i].bottom - words[i].top), 1);
+  // A word without blanks is cut, and nothing of it lost.
   std::size_t wide = 0;
-  for (const Word& word : text.words) {
+  for (const Word& word : words) {
     const bool isWide = word.text[0] == 'W';
+    if (isWide) wide += word.text.size();
     EXPECT_LE(word.right, (isWide ? 12 * kCm : right) + 0.01) << word.text;
     EXPECT_GE(word.left, (isWide ? 10 : 3) * kCm - 0.01) << word.text;
-    if (isWide) {
-      wide += word.text.size();
-    } else {
-      lines.insert(std::round(word.top));
-      if (std::abs(word.right - right) < 0.5) ++flush;
-    }
+    EXPECT_LE(word.bottom, 27.7 * kCm + 1) << word.text;
   }
-  EXPECT_EQ(flush, static_cast<int>(lines.size()) - 3);  // all but the last, and a and b
-  const double height = text.words[1].bottom - text.words[1].top;
-  EXPECT_NEAR((text.word("b").top - text.word("a").top) / height, 2 * 1.15, 0.1);
-  EXPECT_EQ(wide, 200u);  // a word without blanks is cut, and nothing of it lost
-}
-
-TEST_F(Document, HeadersFootersAndTheCountOfPages) {
-  const PdfText text = generator_.make(
-      "header\ntext 2 1 \"Upper{page}\"\nend\n"
-      "footer\ntext 19 28 \"{page}/{pages} \\{page}\" right\nend\nparagraph \"" +
-      repeated("x\\n", 130) +
-      "\"\nheader\ntext 2 1 \"Later\"\nend\nnewpage\ntext 3 3 \"last {pages}\"\n");
-  EXPECT_EQ(text.pages.size(), 4u);
-  EXPECT_EQ(text.page(2).substr(0, 7), "Upper2 ");
-  EXPECT_EQ(text.page(4), "Later last 4 4/4 {page}");
-  for (const Word& word : text.words)
-    EXPECT_LE(word.bottom, (word.text == "x" ? 27.7 : 29.7) * kCm + 1);
-}
-
-TEST_F(Document, AnEmptyFileIsAnEmptyPage) {
-  EXPECT_EQ(generator_.make("# nothing\n").pages.size(), 1u);
+  EXPECT_EQ(wide, 200u);
+  EXPECT_EQ(words.back().page, 4);
 }
 
 TEST_F(Document, EveryPublishedExampleIsUnderstood) {
   const std::string examples = SOURCE_DIR "/examples/invoice/";
-  EXPECT_EQ(Generator::runFiles(examples + "invoice.txt", generator_.document).message, "");
-  EXPECT_EQ(PdfText(generator_.document).pages.size(), 1u);
-
   generator_.folder.put("logo.png", test::contentOf(examples + "logo.png"));
+  EXPECT_EQ(generator_.make(test::contentOf(examples + "invoice.txt")).pages.size(), 1u);
   std::string page = test::contentOf(SOURCE_DIR "/docs/pdf-commands.md");
   constexpr std::string_view kFence = "\n```\n";
   int count = 0;
@@ -116,61 +155,85 @@ TEST_F(Document, EveryPublishedExampleIsUnderstood) {
   EXPECT_GE(count, 10);
 }
 
-TEST_F(Document, CellsStandInTheirColumns) {
-  const PdfText text = generator_.make(
-      "font \"Arial\" 10\ntable 3 4 right 5 centre grid from 4\n"
-      "row \"a\" \"b\" \"c\"\nrow \"one two three four five six\" \"d\" \"\"\n"
-      "row \"e\" \"f\" \"g\"\nend\nparagraph \"after\"\n");
-  const double pad = 0.12 * kCm;
-  EXPECT_NEAR(text.word("a").left, 4 * kCm + pad, 0.1);
-  EXPECT_NEAR(text.word("b").right, 11 * kCm - pad, 0.1);
-  EXPECT_NEAR((text.word("c").left + text.word("c").right) / 2, 13.5 * kCm, 0.1);
-  EXPECT_LE(text.word("three").right, 7 * kCm - pad + 0.01);
-  EXPECT_GT(text.word("six").top, text.word("one").top + 10);
-  EXPECT_NEAR(text.word("d").top, text.word("one").top, 0.1);
-  EXPECT_GT(text.word("e").top, text.word("six").bottom);
-  EXPECT_GT(text.word("after").top, text.word("e").bottom);
-}
-
-TEST_F(Document, ATableBreaksBetweenRowsAndRepeatsItsHead) {
-  std::string commands = "move 26\ntable 5 5\nhead \"Head\" \"of\"\nhead \"two\" \"rows\"\n";
-  for (int i = 0; i < 100; ++i)
-    commands.append("row \"r").append(std::to_string(i)).append("\\nsecond\" \"\"\n");
-  const PdfText text = generator_.make(commands + "end\n");
-  ASSERT_GT(text.pages.size(), 3u);
-  // The head does not stay behind alone, and no row is split.
-  EXPECT_EQ(text.page(1), "");
-  for (std::size_t number = 2; number <= text.pages.size(); ++number) {
-    const std::string page = text.page(static_cast<int>(number));
-    EXPECT_EQ(page.substr(0, 18), "Head of two rows r") << number;
-    EXPECT_EQ(page.substr(page.size() - 6), "second") << number;
+TEST_F(Document, TablesGoOnBelowTheirHeadOnTheNextPage) {
+  std::string rows;
+  std::string lines;
+  for (int i = 0; i < 150; ++i) {
+    rows.append("row \"").append(std::to_string(i)).append("\\nend\" \"\"\n");
+    lines.append(std::to_string(i)).append("\\n");
   }
-}
-
-TEST_F(Document, ARowTallerThanAPageGoesOnOnTheNext) {
-  std::string cell;
-  for (int i = 0; i < 150; ++i) cell.append("w").append(std::to_string(i)).append("\\n");
-  const PdfText text =
-      generator_.make("table 5 5\nhead \"Head\" \"\"\nrow \"" + cell + "\" \"x\"\nend\n");
-  int next = 0;
-  std::size_t heads = 0;
-  for (const Word& word : text.words) {
-    EXPECT_LE(word.bottom, 27.7 * kCm + 1);
-    if (word.text == "Head") ++heads;
-    if (word.text[0] == 'w') {
-      EXPECT_EQ(word.text.substr(1), std::to_string(next));
-      ++next;
+  const struct {
+    std::string commands;
+    int firstPage;
+    const char* pageEnd;
+  } cases[] = {
+      // Rows stay whole, and the head does not stay behind alone.
+      {"move 26\ntable 5 5\nhead \"Head\" \"of\"\nhead \"two\" \"rows\"\n" + rows, 2, "end"},
+      // A row taller than a page does not.
+      {"table 9\nhead \"Head of two rows\"\nrow \"" + lines + "\"\n", 1, ""},
+  };
+  for (const auto& [commands, firstPage, pageEnd] : cases) {
+    const PdfText text = generator_.make(commands + "end\n");
+    int next = 0;
+    for (const Word& word : text.words) {
+      EXPECT_LE(word.bottom, 27.7 * kCm + 1);
+      next += word.text == std::to_string(next) ? 1 : 0;
+    }
+    EXPECT_EQ(next, 150);
+    EXPECT_EQ(text.words[0].page, firstPage);
+    ASSERT_GT(text.pages.size(), 2u);
+    for (int page = firstPage; page <= static_cast<int>(text.pages.size()); ++page) {
+      EXPECT_TRUE(text.page(page).starts_with("Head of two rows ")) << page;
+      EXPECT_TRUE(text.page(page).ends_with(pageEnd)) << page;
     }
   }
-  EXPECT_EQ(next, 150);
-  EXPECT_EQ(heads, text.pages.size());
 }
 
-// A table of heads alone, where they find no room, stands on the next page.
-TEST_F(Document, HeadsWithoutRowsStandTogether) {
-  const PdfText text =
-      generator_.make("move 27\ntable 5\nhead \"one\"\nhead \"two\"\nend\nparagraph \"after\"\n");
-  EXPECT_EQ(text.page(2), "one two after");
+TEST_F(Document, BoxesLinesFillsAndColours) {
+  const Rendered page(generator_,
+                      "box 2 2 6 4 fill #FFEE00 #0000FF thick 6\n"
+                      "box 10 2 2 2 fill RED noline\n"
+                      "line 2 10 8 10 thick 8 green\n"
+                      "move 12\ntable 3 3 grid thick 6 from 2\nrow \"\" \"\" fill navy\nend\n");
+  struct Dot {
+    double x, y;
+    std::uint32_t colour;
+  };
+  constexpr Dot kDots[] = {{5, 4, 0xFFEE00},    {2, 4, 0x0000FF},   {9.9, 3, 0xFFFFFF},
+                           {10.1, 3, 0xC00000}, {5, 10, 0x008000},  {5, 10.3, 0xFFFFFF},
+                           {3, 12.3, 0x102860}, {5, 12.3, 0xA0A0A0}};
+  for (const Dot& dot : kDots)
+    EXPECT_EQ(page.at(dot.x, dot.y), dot.colour) << dot.x << " " << dot.y;
+}
+
+TEST_F(Document, APictureFillsItsPlaceAndIsHeldOnce) {
+  test::writePng(generator_.folder / "logo.png", 2, 0xFF0000);
+  std::string commands("header\nimage \"logo.png\" 2 2 4\nend\nimage \"");
+  commands.append(generator_.folder / "logo.png").append("\" 10 2 1 6\nnewpage\nspace 1\n");
+  const Rendered page(generator_, commands);
+  EXPECT_EQ(page.at(5.9, 3.9), 0xFF0000u);  // twice as wide as high, as the picture is
+  EXPECT_EQ(page.at(5.9, 4.1), 0xFFFFFFu);
+  EXPECT_EQ(page.at(10.5, 7.9), 0xFF0000u);
+  std::istringstream list(
+      test::outputOf("pdfimages -list " + generator_.document + " | tail -n +3"));
+  std::multiset<std::string> objects;
+  for (std::string line; std::getline(list, line);) objects.insert(line.substr(50, 8));
+  EXPECT_EQ(objects.size(), 3u);
+  EXPECT_EQ(objects.count(*objects.begin()), 3u);
+}
+
+TEST_F(Document, APictureThatMemoryDidNotKeepIsReadAgain) {
+  constexpr std::uint32_t kColours[] = {0xFF0000, 0x00FF00, 0x0000FF, 0xFF0000};
+  std::string commands;
+  for (int i = 0; i < 4; ++i) {
+    const std::string name = std::to_string(i % 3);
+    test::writePng(generator_.folder / name, 1700, kColours[i]);
+    commands.append("image \"").append(name).append("\" 2 ");
+    commands.append(std::to_string(2 + 3 * i)).append(" 4\n");
+  }
+  const Rendered page(generator_, commands);
+  for (int i = 0; i < 4; ++i)
+    EXPECT_EQ(page.at(3, 3 + 3 * i) & 0xF0F0F0, kColours[i] & 0xF0F0F0) << i;  // shrinking rounds
 }
 
 }  // namespace

@@ -28,11 +28,13 @@ class Generator {
  public:
   // What the engine makes of `commands`, in `document`.
   Result run(std::string_view commands) const {
-    return runFiles(folder.put("a.txt", commands), document);
+    folder.put("a.txt", commands);
+    return run();
   }
-  static Result runFiles(const std::string& commandFile, const std::string& pdfFile) {
+  Result run() const { return runFiles((folder / "a.txt").c_str(), document.c_str()); }
+  static Result runFiles(const char* commandFile, const char* pdfFile) {
     std::string message(151, '#');
-    const std::int16_t number = entry()(commandFile.c_str(), pdfFile.c_str(), message.data());
+    const std::int16_t number = entry()(commandFile, pdfFile, message.data());
     EXPECT_EQ(message.back(), '#') << "wrote beyond the buffer";
     message.pop_back();
     EXPECT_EQ(message.find('\0'), std::string::npos);

@@ -1,12 +1,12 @@
 // Printed documents: as PDF files, through the scheduler, and straight to a printer.
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
 #include <thread>
 
 #include "core/host_events.h"
 #include "report/print_system.h"
 #include "support/error_of.h"
+#include "support/file_limit.h"
 #include "support/pdf_text.h"
 #include "veltgeneral/reporting.h"
 
@@ -95,15 +95,11 @@ TEST_F(PrinterTest, WhatFailsOrIsNotEndedLeavesTheFileAsItWas) {
     EXPECT_EQ(errorOf([&] { report_.prtTesto(1.0, 1.0, size, false, false, u"a"); }), 380);
   }
   report_.closeReport();
-  // A file that may not grow: the system's words for a disk without room are the same to us.
-  rlimit before{};
-  ::getrlimit(RLIMIT_FSIZE, &before);
-  const auto signal = ::signal(SIGXFSZ, SIG_IGN);
-  const rlimit small{2000, before.rlim_max};
-  ::setrlimit(RLIMIT_FSIZE, &small);
-  EXPECT_EQ(errorOfPrinting(), 61);
-  ::setrlimit(RLIMIT_FSIZE, &before);
-  ::signal(SIGXFSZ, signal);
+  {
+    // The system's words for a disk without room are the same to us.
+    const test::FileLimit limit(2000);
+    EXPECT_EQ(errorOfPrinting(), 61);
+  }
   for (const auto& [place, error] : {std::pair{folder_ / "none/report.pdf", 76},
                                      {folder_ / "", 75},
                                      {file_ + "/report.pdf", 76}}) {

@@ -26,4 +26,14 @@ inline std::uint32_t dotAt(cairo_surface_t* picture, int x, int y) {
   return dot & 0xFFFFFF;
 }
 
+// A file of one colour, twice as wide as high.
+inline void writePng(const std::string& path, int height, std::uint32_t colour) {
+  const Picture picture = blackPicture(2 * height, height);
+  const Pen pen(cairo_create(picture.get()));
+  cairo_set_source_rgb(pen.get(), (colour >> 16) / 255.0, (colour >> 8 & 255) / 255.0,
+                       (colour & 255) / 255.0);
+  cairo_paint(pen.get());
+  cairo_surface_write_to_png(picture.get(), path.c_str());
+}
+
 }  // namespace veltgeneral::test

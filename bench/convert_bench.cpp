@@ -175,10 +175,15 @@ void dayNumber(benchmark::State& state) {
 
 using Rewriter = ErrInfo (Funzioni::*)(TextView, Text&) const;
 
+constexpr TextView kProse = u"Every box has quite a few jars of wine, and six of them went by, ";
+constexpr TextView kLetters = u"abcdefghijklmnopqrst";  // ASCII before and after the cipher
+
 struct Rewriting {
   const char* name;
   Rewriter call;
-  TextView replaced;  // one after the other, where every eighth character matches
+  TextView replaced{};  // one after the other, where every eighth character matches
+  TextView words = kProse;
+  Rewriter madeBy = nullptr;  // what makes the text of the words
 };
 
 const Rewriting kRewritings[] = {
@@ -187,13 +192,17 @@ const Rewriting kRewritings[] = {
     {"normStringOnlyAscii", &Funzioni::normStringOnlyAscii, u"\x01\x0B€“"},
     {"normStringOnlyApice", &Funzioni::normStringOnlyApice, u"'"},
     {"normStringForXML", &Funzioni::normStringForXML, u"&èéàùòì<>'"},
-    {"simpleEncrypt", &Funzioni::simpleEncrypt, u""},
-    {"simpleDecrypt", &Funzioni::simpleDecrypt, u""},
+    {"simpleEncrypt/letters", &Funzioni::simpleEncrypt, {}, kLetters},
+    {"simpleDecrypt/letters", &Funzioni::simpleDecrypt, {}, kLetters},
+    {"simpleEncrypt/prose", &Funzioni::simpleEncrypt},
+    {"simpleDecrypt/prose", &Funzioni::simpleDecrypt, {}, kProse, &Funzioni::simpleEncrypt},
 };
 
-Text plainText(std::size_t size) {
-  Text text(size, u'\0');
-  for (std::size_t i = 0; i < size; ++i) text[i] = static_cast<char16_t>(u'a' + i % 20);
+Text textOf(const Rewriting& rewriting, std::size_t size) {
+  Text text;
+  while (text.size() < size) text.append(rewriting.words.substr(0, size - text.size()));
+  text.back() = u'.';
+  if (rewriting.madeBy != nullptr) (Funzioni().*rewriting.madeBy)(text, text);
   return text;
 }
 
@@ -209,7 +218,7 @@ auto often(std::size_t size, Action action) {
 void untouched(benchmark::State& state, const Rewriting& rewriting) {
   const Funzioni f;
   const auto size = static_cast<std::size_t>(state.range(0));
-  const Text text = plainText(size);
+  const Text text = textOf(rewriting, size);
   Text ignored;
   const ErrInfo done = (f.*rewriting.call)(text, ignored);
   std::vector<double> bare;
@@ -246,7 +255,7 @@ void replaceAll(Text& text, TextView what, TextView by) {
 void everyEighth(benchmark::State& state, const Rewriting& rewriting) {
   const Funzioni f;
   const auto size = static_cast<std::size_t>(state.range(0));
-  Text text = plainText(size);
+  Text text = textOf(rewriting, size);
   for (std::size_t i = 0; i < size; i += 8) {
     text[i] = rewriting.replaced[i / 8 % rewriting.replaced.size()];
   }

@@ -50,8 +50,6 @@ CodePage::CodePage(std::string_view name) {
   for (std::size_t i = 0; i < 0x80; ++i) holdsAscii_ = holdsAscii_ && characters_[i] == i;
 }
 
-std::uint8_t CodePage::byte(char16_t character) const noexcept { return bytes_[character]; }
-
 void CodePage::widen(std::span<const std::uint8_t> bytes, char16_t* out) const noexcept {
   for (std::size_t done = 0; done < bytes.size();) {
     if (holdsAscii_) done += platform::widenAscii(bytes.subspan(done), out + done);

@@ -22,7 +22,7 @@ class CodePage {
 
   char16_t character(std::uint8_t byte) const noexcept { return characters_[byte]; }
   // 63 ("?") for a character outside the page.
-  std::uint8_t byte(char16_t character) const noexcept;
+  std::uint8_t byte(char16_t character) const noexcept { return bytes_[character]; }
 
   // Each writes as many elements as it is given; `out` has at least that many.
   void widen(std::span<const std::uint8_t> bytes, char16_t* out) const noexcept;

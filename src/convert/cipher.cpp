@@ -10,8 +10,6 @@ namespace veltgeneral {
 namespace {
 
 constexpr int kShift = 10;
-constexpr std::size_t kBlock = 64;
-constexpr std::size_t kPiece = 8192;
 constexpr char16_t kAsciiEnd = 0x80;
 
 bool holdsAscii(const CodePage& page) {
@@ -22,28 +20,28 @@ bool holdsAscii(const CodePage& page) {
 }
 
 template <int By>
-void shiftCodes(const CodePage& page, TextView text, char16_t* out) {
-  for (const char16_t c : text) {
-    const auto code = static_cast<std::int16_t>(page.byte(c) + By);
-    if (code < 0 || code > 255) throw RuntimeError(RunTime::invalidCall);
-    *out++ = page.character(static_cast<std::uint8_t>(code));
-  }
+char16_t shiftedCode(const CodePage& page, char16_t c) {
+  const auto code = static_cast<std::int16_t>(page.byte(c) + By);
+  if (code < 0 || code > 255) throw RuntimeError(RunTime::invalidCall);
+  return page.character(static_cast<std::uint8_t>(code));
 }
 
-// From `text` to `out`, which may be the same place.
+// From a piece of at most platform::kScanUnits units to `out`, which lies apart.
 template <int By>
-void shiftAll(const CodePage& page, TextView text, char16_t* out) {
+void shiftPiece(const CodePage& page, TextView piece, char16_t* out) {
   static const bool kAscii = holdsAscii(page);
-  while (!text.empty()) {
-    // Characters that are their own codes, before and after.
-    const std::size_t plain =
-        kAscii ? platform::shiftUnits(text, out, By < 0 ? -By : 0, kAsciiEnd - kShift,
-                                      static_cast<char16_t>(By))
-               : 0;
-    const TextView rest = text.substr(plain, kBlock);
-    shiftCodes<By>(page, rest, out + plain);
-    text.remove_prefix(plain + rest.size());
-    out += plain + rest.size();
+  if (!kAscii) {
+    for (const char16_t c : piece) *out++ = shiftedCode<By>(page, c);
+    return;
+  }
+  // Most characters are their own codes, before and after.
+  constexpr char16_t kFirst = By < 0 ? -By : 0;
+  platform::UnitPositions others;
+  const std::size_t count =
+      platform::shiftUnits(piece, out, static_cast<char16_t>(By), kFirst,
+                           static_cast<char16_t>(kFirst + kAsciiEnd - kShift - 1), others);
+  for (std::size_t i = 0; i < count; ++i) {
+    out[others[i]] = shiftedCode<By>(page, piece[others[i]]);
   }
 }
 
@@ -55,10 +53,10 @@ ErrInfo shifted(const char16_t* member, TextView text, Text& out) {
     Text built;
     built.reserve(text.size());
     // Piece by piece, so that what was copied is still near when it is shifted.
-    for (std::size_t at = 0; at < text.size(); at += kPiece) {
-      const TextView piece = text.substr(at, kPiece);
+    for (std::size_t at = 0; at < text.size(); at += platform::kScanUnits) {
+      const TextView piece = text.substr(at, platform::kScanUnits);
       built.append(piece);
-      shiftAll<By>(page, piece, &built[at]);
+      shiftPiece<By>(page, piece, &built[at]);
     }
     out = std::move(built);
     return kDone;

@@ -1,4 +1,4 @@
-// Looking at many UTF-16 units at a time: where some of them stand, and adding to all of them.
+// Looking at many UTF-16 units at a time: where some of them stand, and adding to all others.
 #pragma once
 
 #include <array>
@@ -27,7 +27,7 @@ class UnitSet {
   std::array<std::uint8_t, 16> high_{};
 };
 
-// Units that findUnits looks at in one call.
+// Units that one call looks at.
 inline constexpr std::size_t kScanUnits = 1024;
 // Elements written beyond the last position; see below.
 inline constexpr std::size_t kUnitScanSlack = 8;
@@ -39,11 +39,10 @@ using UnitPositions = std::array<std::uint16_t, kScanUnits + kUnitScanSlack>;
 // is overwritten.
 std::size_t findUnits(TextView text, const UnitSet& set, UnitPositions& positions) noexcept;
 
-// Writes the units of `text` plus `by` to `out`, as long as they are from `first` on at most
-// `count` - 1 further; returns how many it wrote, which may be fewer than could be by less than a
-// block of 64.
-std::size_t shiftUnits(TextView text, char16_t* out, char16_t first, char16_t count,
-                       char16_t by) noexcept;
+// Writes the units of `text`, at most kScanUnits, plus `by` to `out`, a place of their number apart
+// from them; finds the positions, as findUnits does, of those outside `first` to `last`.
+std::size_t shiftUnits(TextView text, char16_t* out, char16_t by, char16_t first, char16_t last,
+                       UnitPositions& others) noexcept;
 
 // One way to do both; all find the same positions.
 struct UnitScans {

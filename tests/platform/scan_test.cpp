@@ -95,17 +95,21 @@ TEST_F(Scan, UnitsAreFoundByTheirSet) {
   }
 }
 
-TEST_F(Scan, UnitsAreShiftedUpToTheFirstOther) {
+TEST_F(Scan, UnitsAreShiftedAndOthersFound) {
   for (int i = 0; i < kTexts; ++i) {
     const Text before = text(u"AMZ", u"@[\0\uFFFF"s);
-    const std::size_t most = std::min(before.find_first_not_of(u"AMZ"), before.size());
+    Text shifted = before;
+    std::vector<std::uint16_t> expected;
+    for (std::size_t at = 0; at < before.size(); ++at) {
+      shifted[at] = static_cast<char16_t>(before[at] + 32);
+      if (before[at] < u'A' || before[at] > u'Z') expected.push_back(std::uint16_t(at));
+    }
     for (const UnitScans& way : unitScans()) {
-      Text after = before;
-      const std::size_t count = way.shift(before, after.data(), u'A', 26, 32);
-      ASSERT_LE(count, most);
-      ASSERT_LT(most - count, 64u);
-      for (std::size_t at = 0; at < after.size(); ++at)
-        ASSERT_EQ(after[at], at < count ? before[at] + 32 : before[at]);
+      Text after(before.size(), u'?');
+      UnitPositions found{};
+      const std::size_t count = way.shift(before, after.data(), 32, u'A', u'Z', found);
+      ASSERT_EQ(after, shifted);
+      ASSERT_EQ(std::vector(found.begin(), found.begin() + std::ptrdiff_t(count)), expected);
     }
   }
 }

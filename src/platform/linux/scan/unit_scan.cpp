@@ -10,8 +10,6 @@
 namespace veltgeneral::platform {
 namespace {
 
-constexpr std::size_t kShiftBlock = 64;
-
 constexpr std::uint8_t narrowed(char16_t unit) {
   if (unit > 0x7FFF) return 0;
   return unit > 0xFF ? 0xFF : static_cast<std::uint8_t>(unit);
@@ -26,27 +24,21 @@ std::size_t findPortably(TextView text, const UnitSet& set, UnitPositions& posit
   return count;
 }
 
-// Two plain loops, which the compiler turns into vector instructions.
-bool shiftBlock(const char16_t* units, char16_t* out, char16_t first, char16_t count,
-                char16_t by) noexcept {
-  char16_t others = 0;
-  for (std::size_t i = 0; i < kShiftBlock; ++i) {
-    const bool other = static_cast<char16_t>(units[i] - first) >= count;
-    others = static_cast<char16_t>(others | static_cast<char16_t>(other));
+// Of the units from `done` on, with positions behind the `count` that are found already.
+std::size_t shiftRest(TextView text, char16_t* out, char16_t by, char16_t first, char16_t last,
+                      UnitPositions& others, std::size_t done, std::size_t count) noexcept {
+  const auto plain = static_cast<char16_t>(last - first);
+  for (; done < text.size(); ++done) {
+    out[done] = static_cast<char16_t>(text[done] + by);
+    others[count] = static_cast<std::uint16_t>(done);
+    count += static_cast<char16_t>(text[done] - first) > plain ? 1 : 0;
   }
-  if (others != 0) return false;
-  for (std::size_t i = 0; i < kShiftBlock; ++i) out[i] = static_cast<char16_t>(units[i] + by);
-  return true;
+  return count;
 }
 
-std::size_t shiftPortably(TextView text, char16_t* out, char16_t first, char16_t count,
-                          char16_t by) noexcept {
-  std::size_t done = 0;
-  while (text.size() - done >= kShiftBlock &&
-         shiftBlock(&text[done], out + done, first, count, by)) {
-    done += kShiftBlock;
-  }
-  return done;
+std::size_t shiftPortably(TextView text, char16_t* out, char16_t by, char16_t first, char16_t last,
+                          UnitPositions& others) noexcept {
+  return shiftRest(text, out, by, first, last, others, 0, 0);
 }
 
 #ifdef __x86_64__
@@ -80,10 +72,15 @@ struct Tables {
   return _mm256_and_si256(low, high);
 }
 
+// A bit for each byte that is 0, the middle quarters back in their places.
+[[gnu::target("avx2,bmi,popcnt")]] inline std::uint64_t zeroBits(__m256i packed) {
+  const __m256i zeros = _mm256_cmpeq_epi8(packed, _mm256_setzero_si256());
+  const __m256i ordered = _mm256_permute4x64_epi64(zeros, 0xD8);
+  return static_cast<std::uint32_t>(_mm256_movemask_epi8(ordered));
+}
+
 [[gnu::target("avx2,bmi,popcnt")]] inline std::uint64_t orderedBits(__m256i found) {
-  const __m256i none = _mm256_cmpeq_epi8(found, _mm256_setzero_si256());
-  const __m256i ordered = _mm256_permute4x64_epi64(none, 0xD8);
-  return static_cast<std::uint32_t>(~_mm256_movemask_epi8(ordered));
+  return zeroBits(found) ^ 0xFFFFFFFF;
 }
 
 // One bit for each of kWideBlock units.
@@ -142,25 +139,34 @@ struct Tables {
   return count;
 }
 
-[[gnu::target("avx2,bmi,popcnt")]] std::size_t shiftWide(TextView text, char16_t* out,
-                                                         char16_t first, char16_t count,
-                                                         char16_t by) noexcept {
+[[gnu::target("avx2,bmi,popcnt")]] std::size_t shiftWide(TextView text, char16_t* out, char16_t by,
+                                                         char16_t first, char16_t last,
+                                                         UnitPositions& others) noexcept {
   const __m256i start = _mm256_set1_epi16(static_cast<short>(first));
-  const __m256i greatest = _mm256_set1_epi16(static_cast<short>(count - 1));
+  const __m256i plain = _mm256_set1_epi16(static_cast<short>(last - first));
   const __m256i step = _mm256_set1_epi16(static_cast<short>(by));
+  std::size_t count = 0;
   std::size_t done = 0;
-  for (; text.size() - done >= kShiftBlock; done += kShiftBlock) {
-    const char16_t* const block = &text[done];
-    // In registers, so that what is written need not be looked at again.
-    const __m256i units[] = {at(block), at(block + 16), at(block + 32), at(block + 48)};
-    __m256i most = _mm256_sub_epi16(units[0], start);
-    for (int i = 1; i < 4; ++i) most = _mm256_max_epu16(most, _mm256_sub_epi16(units[i], start));
-    const __m256i others = _mm256_subs_epu16(most, greatest);
-    if (_mm256_testz_si256(others, others) == 0) break;
-    auto* place = reinterpret_cast<__m256i*>(out + done);
-    for (const __m256i each : units) _mm256_storeu_si256(place++, _mm256_add_epi16(each, step));
+  for (; text.size() - done >= kWideBlock; done += kWideBlock) {
+    const char16_t* const units = &text[done];
+    auto* const place = reinterpret_cast<__m256i*>(out + done);
+    __m256i offsets[4];
+    for (int i = 0; i < 4; ++i) {
+      const __m256i each = at(units + 16 * i);
+      _mm256_storeu_si256(place + i, _mm256_add_epi16(each, step));
+      offsets[i] = _mm256_sub_epi16(each, start);
+    }
+    const __m256i most = _mm256_max_epu16(_mm256_max_epu16(offsets[0], offsets[1]),
+                                          _mm256_max_epu16(offsets[2], offsets[3]));
+    const __m256i beyond = _mm256_subs_epu16(most, plain);
+    if (_mm256_testz_si256(beyond, beyond) != 0) continue;
+    // All ones for units within, before packing: that saturates with a sign.
+    for (__m256i& each : offsets) each = _mm256_cmpeq_epi16(_mm256_max_epu16(each, plain), plain);
+    const std::uint64_t bits = zeroBits(_mm256_packs_epi16(offsets[0], offsets[1])) |
+                               zeroBits(_mm256_packs_epi16(offsets[2], offsets[3])) << 32;
+    count += spread(bits, done, &others[count]);
   }
-  return done;
+  return shiftRest(text, out, by, first, last, others, done, count);
 }
 
 #endif
@@ -215,9 +221,9 @@ std::size_t findUnits(TextView text, const UnitSet& set, UnitPositions& position
   return best().find(text, set, positions);
 }
 
-std::size_t shiftUnits(TextView text, char16_t* out, char16_t first, char16_t count,
-                       char16_t by) noexcept {
-  return best().shift(text, out, first, count, by);
+std::size_t shiftUnits(TextView text, char16_t* out, char16_t by, char16_t first, char16_t last,
+                       UnitPositions& others) noexcept {
+  return best().shift(text, out, by, first, last, others);
 }
 
 }  // namespace veltgeneral::platform

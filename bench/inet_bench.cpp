@@ -30,8 +30,8 @@ struct Server {
   Nginx nginx{folder, "server { listen 127.0.0.1:PORT1; sendfile on; }"};
   Server() {
     ::setenv("VELTGENERAL_MODULE_DIR", MODULE_DIR, 0);
-    write(folder, "www/big", std::string(kBig, 'x'));
-    write(folder, "www/small", std::string(200, 'x'));
+    folder.put("www/big", std::string(kBig, 'x'));
+    folder.put("www/small", std::string(200, 'x'));
   }
 };
 

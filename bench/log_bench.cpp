@@ -19,7 +19,7 @@ constexpr int kLines = 500;
 const std::string kLine =
     "\"[21/11/26 9:00] [VELTGENERAL] [FileUtility] [readFile] [] [1] [53] [File not found]\"\r\n";
 
-struct Host : testing::TestHost {
+struct Host : test::TestHost {
   Host() {
     setMachineKey("SOFTWARE\\Zoltra\\LogSystem",
                   "\"Path\"=\"\"\n\"Trace\"=\"3\"\n\"SwitchDimension\"=\"1000000000\"");

@@ -35,7 +35,7 @@ void atEverySize(benchmark::internal::Benchmark* bench) {
 }
 
 void getKeyValue(benchmark::State& state) {
-  const testing::TestHost host;
+  const test::TestHost host;
   std::string values;
   for (int i = 0; i < state.range(0); ++i)
     values.append("\"value").append(std::to_string(i)).append("\"=\"text ").append("\"\n");
@@ -75,13 +75,13 @@ std::string iniText(std::size_t size) {
 
 struct Ini {
   explicit Ini(std::int64_t size) : content(iniText(static_cast<std::size_t>(size))) {
-    testing::setContent(path, content);
+    test::setContent(path, content);
     file.setPath(u"C:\\a.ini");
     file.setSection(u"main");
     file.setKey(u"key");
     letTheTickPass();
   }
-  testing::TestHost host;
+  test::TestHost host;
   std::string path = host / "drive/a.ini";
   std::string content;
   cInifile file;
@@ -120,7 +120,7 @@ void getChangedValue(benchmark::State& state) {
       },
       [&] {
         touch();
-        const platform::NarrowPage& page = testing::latin1();
+        const platform::NarrowPage& page = test::latin1();
         platform::ProfileFile index(readAll(ini.path), page);
         benchmark::DoNotOptimize(index.value(u"main", u"key"));
       });
@@ -148,7 +148,7 @@ template <class Other>
 void putBeside(benchmark::State& state, const Other& other) {
   Ini ini(state.range(0));
   const std::string path = ini.host / "drive/b.ini";
-  testing::setContent(path, ini.content);
+  test::setContent(path, ini.content);
   against(
       state,
       [&] {

@@ -60,8 +60,8 @@ struct Arguments {
   std::span<const char* const> names;
 };
 
-Arguments argumentsOf(vg_value* const* values, std::size_t count, const char* const* names,
-                      std::size_t named) {
+Arguments argumentsOf(vg_value* const* values, std::size_t count,
+                      const char* const* names = nullptr, std::size_t named = 0) {
   if (named > count || (count != 0 && values == nullptr) || (named != 0 && names == nullptr)) {
     raise(RunTime::invalidCall);
   }
@@ -82,15 +82,14 @@ Object& objectIn(const vg_object* object) {
 Variant* variantIn(vg_value* value) { return value == nullptr ? nullptr : &value->variant; }
 
 Variant callRow(Object& object, const Member& member, const Arguments& arguments) {
-  constexpr std::size_t kMost = Member::kMaxParameters;
+  ArgumentSlots slots;
   const std::size_t count = arguments.positional.size();
-  if (count + arguments.named.size() > kMost) raise(RunTime::wrongArgumentCount);
-  std::array<Variant*, kMost> slots;
+  if (count + arguments.named.size() > slots.size()) raise(RunTime::wrongArgumentCount);
   std::ranges::transform(arguments.positional, slots.begin(), variantIn);
-  if (arguments.named.empty()) return invokeAt(object, member, std::span(slots).first(count));
+  if (arguments.named.empty()) return invokeAt(object, member, slots, count, {});
 
-  std::array<Text, kMost> names;
-  std::array<NamedArgument, kMost> named;
+  std::array<Text, Member::kMaxParameters> names;
+  std::array<NamedArgument, Member::kMaxParameters> named;
   std::size_t given = 0;
   for (std::size_t i = 0; i < arguments.named.size(); ++i) {
     const char* name = arguments.names[i];
@@ -98,7 +97,7 @@ Variant callRow(Object& object, const Member& member, const Arguments& arguments
     names[i] = fromUtf8(name);
     named[given++] = {names[i], variantIn(arguments.named[i])};
   }
-  return invokeAt(object, member, std::span(slots).first(count), std::span(named).first(given));
+  return invokeAt(object, member, slots, count, std::span(named).first(given));
 }
 
 // An object of somebody else: its arguments must lie in a row, and it knows no names for them.
@@ -134,6 +133,12 @@ const Member& memberIn(const Object& object, const vg_member* member) {
                    std::less<>()(&row, type->members.data() + type->members.size());
   if (!its) raise(RunTime::memberNotSupported);
   return row;
+}
+
+void invokeRow(const vg_object* object, const vg_member* member, const Arguments& arguments,
+               vg_value* result) {
+  Object& target = objectIn(object);
+  give(result, callRow(target, memberIn(target, member), arguments));
 }
 
 }  // namespace
@@ -186,16 +191,14 @@ vg_status vg_resolve(vg_object* object, const char* name, vg_call_kind kind,
 
 vg_status vg_invoke(vg_object* object, const vg_member* member, vg_value* const* arguments,
                     size_t count, vg_value* result, vg_error** error) {
-  return vg_invoke_named(object, member, arguments, count, nullptr, 0, result, error);
+  return guarded(error, [&] { invokeRow(object, member, argumentsOf(arguments, count), result); });
 }
 
 vg_status vg_invoke_named(vg_object* object, const vg_member* member, vg_value* const* arguments,
                           size_t count, const char* const* names, size_t named, vg_value* result,
                           vg_error** error) {
   return guarded(error, [&] {
-    Object& target = objectIn(object);
-    const Member& row = memberIn(target, member);
-    give(result, callRow(target, row, argumentsOf(arguments, count, names, named)));
+    invokeRow(object, member, argumentsOf(arguments, count, names, named), result);
   });
 }
 

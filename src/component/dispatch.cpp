@@ -1,7 +1,6 @@
 // Late-bound calls: from a name and loose values to a row of a member table.
 #include <algorithm>
 #include <atomic>
-#include <functional>
 #include <vector>
 
 #include "component/component_object.h"
@@ -15,8 +14,6 @@ namespace {
 std::atomic<std::size_t> liveObjects{0};
 
 [[noreturn]] void fail(RunTime error) { throw RuntimeError(error); }
-
-using Slots = std::array<Variant*, Member::kMaxParameters>;
 
 // The rows of a class, found by name in a table twice their number. Rows of one name follow each
 // other in it.
@@ -81,7 +78,7 @@ Variant standIn(const Parameter& parameter) {
 }
 
 // Runs the row; what was left out gets its default, or is error 449.
-Variant run(ComponentObject& object, const Member& member, Slots& slots) {
+Variant run(ComponentObject& object, const Member& member, ArgumentSlots& slots) {
   const auto parameters = member.parameters;
   std::vector<Variant> defaults;
   for (std::size_t i = 0; i < parameters.size(); ++i) {
@@ -92,22 +89,22 @@ Variant run(ComponentObject& object, const Member& member, Slots& slots) {
   return member.invoke(object.instance(), slots.data());
 }
 
-// The arguments by position, null beyond the last. `place` says where each of them lies.
-template <class Arguments, class Place>
-Slots positionalSlots(const Member& member, Arguments arguments, Place place) {
-  if (arguments.size() > member.parameters.size()) fail(RunTime::wrongArgumentCount);
-  Slots slots;
-  const auto end = std::ranges::transform(arguments, slots.begin(), place);
-  std::fill(end.out, slots.begin() + static_cast<std::ptrdiff_t>(member.parameters.size()),
-            nullptr);
+// Leaves out what the member has beyond the first `count` parameters.
+void leaveOutRest(const Member& member, std::size_t count, ArgumentSlots& slots) {
+  const std::size_t parameters = member.parameters.size();
+  if (count > parameters) fail(RunTime::wrongArgumentCount);
+  for (; count < parameters; ++count) slots[count] = nullptr;
+}
+
+ArgumentSlots positionalSlots(const Member& member, std::span<Variant> arguments) {
+  ArgumentSlots slots;
+  if (arguments.size() > slots.size()) fail(RunTime::wrongArgumentCount);
+  std::ranges::transform(arguments, slots.begin(), [](Variant& value) { return &value; });
+  leaveOutRest(member, arguments.size(), slots);
   return slots;
 }
 
-Slots positionalSlots(const Member& member, std::span<Variant> arguments) {
-  return positionalSlots(member, arguments, [](Variant& value) { return &value; });
-}
-
-void placeNamed(const Member& member, std::span<const NamedArgument> named, Slots& slots) {
+void placeNamed(const Member& member, std::span<const NamedArgument> named, ArgumentSlots& slots) {
   const auto parameters = member.parameters;
   for (const NamedArgument& argument : named) {
     const auto found = std::ranges::find_if(parameters, [&](const Parameter& parameter) {
@@ -141,7 +138,7 @@ std::size_t ComponentObject::count() noexcept {
 
 Variant ComponentObject::call(TextView name, CallKind kind, std::span<Variant> arguments) {
   const Member& member = indexOf(type()).find(name, kind);
-  Slots slots = positionalSlots(member, arguments);
+  ArgumentSlots slots = positionalSlots(member, arguments);
   return run(*this, member, slots);
 }
 
@@ -155,14 +152,14 @@ const Member& resolve(const Object& object, TextView name, CallKind kind) {
 
 Variant invoke(Object& object, const Member& member, std::span<Variant> arguments) {
   ComponentObject& component = ours(object);
-  Slots slots = positionalSlots(member, arguments);
+  ArgumentSlots slots = positionalSlots(member, arguments);
   return run(component, member, slots);
 }
 
 Variant invoke(Object& object, const Member& member, std::span<Variant> positional,
                std::span<const NamedArgument> named) {
   ComponentObject& component = ours(object);
-  Slots slots = positionalSlots(member, positional);
+  ArgumentSlots slots = positionalSlots(member, positional);
   placeNamed(member, named, slots);
   return run(component, member, slots);
 }
@@ -171,11 +168,11 @@ const Member& findMember(const Class& type, std::string_view name, CallKind kind
   return indexOf(type).find(name, kind);
 }
 
-Variant invokeAt(Object& object, const Member& member, std::span<Variant* const> positional,
+Variant invokeAt(Object& object, const Member& member, ArgumentSlots& slots, std::size_t count,
                  std::span<const NamedArgument> named) {
   ComponentObject& component = ours(object);
-  Slots slots = positionalSlots(member, positional, std::identity());
-  placeNamed(member, named, slots);
+  leaveOutRest(member, count, slots);
+  if (!named.empty()) placeNamed(member, named, slots);
   return run(component, member, slots);
 }
 

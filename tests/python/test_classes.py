@@ -47,8 +47,9 @@ class Windows(HostTest):
     def setUp(self):
         super().setUp()
         ready, told = os.pipe()
-        server = subprocess.Popen(["Xvfb", "-displayfd", str(told), "-screen", "0", "800x600x24", "-dpi",
-                                   "96"], pass_fds=[told], stderr=subprocess.DEVNULL)
+        # It would begin anew, and refuse callers meanwhile, whenever its last caller leaves.
+        server = subprocess.Popen(["Xvfb", "-displayfd", str(told), "-noreset", "-dpi", "96", "-screen",
+                                   "0", "800x600x24"], pass_fds=[told], stderr=subprocess.DEVNULL)
         self.addCleanup(server.wait)
         self.addCleanup(server.terminate)
         os.close(told)

@@ -151,7 +151,7 @@ struct Tables {
     const char16_t* const units = &text[done];
     auto* const place = reinterpret_cast<__m256i*>(out + done);
     __m256i offsets[4];
-    for (int i = 0; i < 4; ++i) {
+    for (std::size_t i = 0; i < 4; ++i) {
       const __m256i each = at(units + 16 * i);
       _mm256_storeu_si256(place + i, _mm256_add_epi16(each, step));
       offsets[i] = _mm256_sub_epi16(each, start);

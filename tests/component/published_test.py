@@ -1,10 +1,11 @@
-"""Compares the C interface with what was published: symbols and their versions, declarations, sizes
-and offsets of the records, values of the enumerators and constants.
+"""Compares what callers rely on with what was published.
 
-    c_abi_test.py GOLDEN ACTUAL
+    published_test.py FOLDER
 
-The header says which records and enumerators there are; a program of the C compiler says what they are.
-Nothing of the golden file may go or change within a major version; what is new shows in review.
+c_abi.golden has the C interface: symbols and their versions, declarations, sizes and offsets of the
+records, values of the enumerators and constants; members.golden has the members of every class.
+Nothing of them may go or change within a major version, and what is new shows in review. What differs
+is written to FOLDER.
 """
 
 import difflib
@@ -15,8 +16,10 @@ import subprocess
 import sys
 import tempfile
 
-ROOT = pathlib.Path(__file__).resolve().parents[2]
-HEADER = ROOT / "include/veltgeneral/veltgeneral_c.h"
+import veltgeneral
+
+HERE = pathlib.Path(__file__).resolve().parent
+INCLUDE = HERE.parents[1] / "include"
 
 
 def symbols(library):
@@ -55,29 +58,41 @@ def layout(code):
         source = pathlib.Path(folder, "layout.c")
         source.write_text("#include <stddef.h>\n#include <stdio.h>\n"
                           "#include <veltgeneral/veltgeneral_c.h>\nint main(void) {\n" + prints + "}\n")
-        subprocess.run([os.environ["CC"], "-std=c11", f"-I{ROOT}/include", source, "-o", f"{folder}/layout"],
+        subprocess.run([os.environ["CC"], "-std=c11", f"-I{INCLUDE}", source, "-o", f"{folder}/layout"],
                        check=True)
         return subprocess.run([f"{folder}/layout"], check=True, capture_output=True,
                               text=True).stdout.splitlines()
 
 
+def c_interface():
+    header = (INCLUDE / "veltgeneral/veltgeneral_c.h").read_text()
+    code = re.sub(r"/\*.*?\*/", "", header, flags=re.S)
+    return [*symbols(os.environ["VELTGENERAL_LIBRARY"]), "", *declarations(code), "", *layout(code)]
+
+
+def members():
+    for described in map(veltgeneral.describe, veltgeneral.classes()):
+        yield f"{described.name}: {described.summary}"
+        for each in described.members:
+            yield f"  {each.kind:6} {each.name}({', '.join(map(str, each.parameters))}) -> {each.result}"
+        for each in described.enumerations:
+            yield f"  {each.__name__}"
+            yield from (f"    {value.name} = {value.value}" for value in each)
+
+
 def main():
-    golden, actual = map(pathlib.Path, sys.argv[1:])
-    code = re.sub(r"/\*.*?\*/", "", HEADER.read_text(), flags=re.S)
-    lines = [*symbols(os.environ["LIBRARY"]), "", *declarations(code), "", *layout(code)]
-    made = dict(line.split(" = ") for line in lines if " = " in line)
-    members = re.findall(r"^    (\w+) = (-?\d+)$", golden.with_name("members.golden").read_text(), re.M)
-    strangers = [name for name, value in members if made.get("VG_" + name) != value]
-    if strangers or not members:
-        sys.exit(f"the library's enumerations have other values: {strangers}")
-    published = golden.read_text().splitlines() if golden.exists() else []
-    if lines == published:
-        return 0
-    actual.write_text("\n".join(lines) + "\n")
-    print("\n".join(difflib.unified_diff(published, lines, "published", "now", lineterm="", n=0)))
-    print(f"The C interface differs. If that is meant:\n  cp {actual} {golden}")
-    return 1
+    now = {"c_abi": c_interface(), "members": list(members())}
+    for enumerator in re.findall(r"^    (\w+ = -?\d+)$", "\n".join(now["members"]), re.M):
+        if "VG_" + enumerator not in now["c_abi"]:
+            sys.exit(f"the header and the library differ about {enumerator}")
+    for topic, lines in now.items():
+        golden = HERE / (topic + ".golden")
+        published = golden.read_text().splitlines()
+        if lines != published:
+            actual = pathlib.Path(sys.argv[1], topic + ".actual")
+            actual.write_text("\n".join(lines) + "\n")
+            print(*difflib.unified_diff(published, lines, lineterm="", n=0), sep="\n")
+            sys.exit(f"What is published differs. If that is meant:\n  cp {actual} {golden}")
 
 
-if __name__ == "__main__":
-    sys.exit(main())
+main()

@@ -7,10 +7,6 @@
 #include <iterator>
 #include <string>
 
-#ifdef NO_ENTRY
-#define VBRavpdf anotherName
-#endif
-
 extern "C" __attribute__((visibility("default"))) std::int16_t VBRavpdf(const char* commandFile,
                                                                         const char* pdfFile,
                                                                         char* message) {

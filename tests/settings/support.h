@@ -35,6 +35,9 @@ class TestHost : public TemporaryFolder {
     put("registry/machine.reg", "REGEDIT4\n[HKEY_LOCAL_MACHINE\\" + key + "]\n" + values + "\n");
   }
 
+  // Lines of the library's own log.
+  std::ptrdiff_t logged() const { return std::ranges::count(get("home/tarnview.log"), '\n'); }
+
  private:
   static constexpr std::pair<const char*, const char*> kFolders[] = {
       {"VELTGENERAL_REGISTRY_DIR", "registry"},

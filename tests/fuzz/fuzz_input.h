@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "automation/locale.h"
+#include "support/error_of.h"
 #include "veltgeneral/text.h"
 
 namespace veltgeneral {
@@ -16,10 +17,12 @@ namespace veltgeneral {
 // One input.
 void fuzz(std::string_view bytes);
 
+inline std::string_view inputAtHand;
+
 // Ends the process, which is what the fuzzer watches for.
-inline void require(bool promise, const char* what, TextView text) {
+inline void require(bool promise, const char* what) {
   if (promise) return;
-  std::cerr << "broken: " << what << " for \"" << toUtf8(text) << "\"\n";
+  std::cerr << "broken: " << what << " for \"" << inputAtHand << "\"\n";
   std::abort();
 }
 
@@ -36,6 +39,7 @@ void inALocale(std::string_view bytes, Check check) {
 
 extern "C" [[gnu::used]] inline int LLVMFuzzerTestOneInput(const std::uint8_t* data,
                                                            std::size_t size) {
-  veltgeneral::fuzz({reinterpret_cast<const char*>(data), size});
+  veltgeneral::inputAtHand = {reinterpret_cast<const char*>(data), size};
+  veltgeneral::fuzz(veltgeneral::inputAtHand);
   return 0;
 }

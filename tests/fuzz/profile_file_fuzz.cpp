@@ -9,35 +9,30 @@
 namespace veltgeneral {
 namespace {
 
-using platform::ProfileFile;
-
 void check(const std::string& bytes) {
-  const platform::NarrowPage& page = test::latin1();
-  const Text shown = fromUtf8(bytes);
   const Text section = u"S\u00E8";
   const Text key = u"K";
   const Text value = u"it's \"quoted\" ;=[]";
-  ProfileFile before(bytes, page);
-  const Text sections = before.sectionNames();
-  const Text keys = before.keyNames(section);
-
-  const auto set = platform::editProfile(bytes, section, &key, &value, false, page);
-  const std::string after = set.value_or(bytes);
-  ProfileFile file(after, page);
-  require(file.value(u"s\u00C8", u"k") == value, "what is set reads back", shown);
-  require(file.sectionNames().starts_with(sections), "the sections stay", shown);
-  require(file.keyNames(section).starts_with(keys), "the keys stay", shown);
-  require(!platform::editProfile(after, section, &key, &value, false, page),
-          "setting it again changes nothing", shown);
+  const auto edited = [&](const std::string& text, const Text* to) {
+    return platform::editProfile(text, section, &key, to, false, test::latin1());
+  };
+  const auto file = [](const std::string& text) {
+    return platform::ProfileFile(text, test::latin1());
+  };
+  const std::string after = edited(bytes, &value).value_or(bytes);
+  require(file(after).value(u"s\u00C8", u"k") == value, "what is set reads back");
+  require(file(after).sectionNames().starts_with(file(bytes).sectionNames()), "sections stay");
+  require(file(after).keyNames(section).starts_with(file(bytes).keyNames(section)), "keys stay");
+  require(!edited(after, &value), "setting it again changes nothing");
 
   std::string left = after;
   std::size_t rounds = 0;
   // Equal keys go one by one.
-  while (const auto next = platform::editProfile(left, section, &key, nullptr, false, page)) {
-    require(next->size() < left.size() && ++rounds <= after.size(), "deleting ends", shown);
+  while (const auto next = edited(left, nullptr)) {
+    require(next->size() < left.size() && ++rounds <= after.size(), "deleting ends");
     left = *next;
   }
-  require(!ProfileFile(left, page).value(section, key), "what is deleted is gone", shown);
+  require(!file(left).value(section, key), "what is deleted is gone");
 }
 
 }  // namespace

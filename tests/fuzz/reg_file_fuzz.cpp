@@ -5,50 +5,36 @@
 #include "fuzz/fuzz_input.h"
 #include "settings/support.h"
 
-namespace veltgeneral {
-namespace {
-
-using platform::RegChange;
-using platform::RegistryFile;
-using platform::RegistryValue;
-
-constexpr TextView kKey = u"HKEY_LOCAL_MACHINE\\k";
-constexpr TextView kName = u"n\"\\";
-
-std::optional<RegistryValue> ask(std::string_view bytes) {
-  const RegistryFile file(bytes, test::latin1());
-  const std::uint32_t key = file.find(kKey);
-  return key == RegistryFile::kNone ? std::nullopt : file.query(key, kName);
-}
-
-void check(std::string_view bytes) {
+void veltgeneral::fuzz(std::string_view bytes) {
+  using platform::RegistryFile;
+  using Kind = platform::RegChange::Kind;
   const platform::NarrowPage& page = test::latin1();
-  const Text shown = fromUtf8(bytes);
+  constexpr TextView kKey = u"HKEY_LOCAL_MACHINE\\k";
+  constexpr TextView kName = u"n\"\\";
+  const platform::RegistryValue value{.text = u"a\\\"\n"};
+
   platform::RegText text = platform::decodeReg(bytes, page);
   const bool wholeUnits = bytes.size() % 2 == 0 || text.encoding != platform::Encoding::utf16Mark;
-  require(!wholeUnits || platform::encodeReg(text, page) == bytes, "encodes back", shown);
+  require(!wholeUnits || platform::encodeReg(text, page) == bytes, "encodes back");
 
-  const RegistryValue value{.text = u"a\\\"\n"};
-  const std::string key = platform::toInner(kKey);
-  const std::string name = platform::toInner(kName);
-  text.inner = platform::editReg(text.inner, {{RegChange::Kind::setValue, key, name, value}}, page);
-  const std::string set = platform::encodeReg(text, page);
-  require(ask(set) == value, "what is set reads back", shown);
-  require(platform::editReg(text.inner, {{RegChange::Kind::setValue, key, name, value}}, page) ==
-              text.inner,
-          "setting it again changes nothing", shown);
-  text.inner = platform::editReg(text.inner, {{RegChange::Kind::removeValue, key, name, {}}}, page);
-  require(!ask(platform::encodeReg(text, page)), "what is removed is gone", shown);
-
-  const RegistryFile file(set, page);
-  const std::uint32_t root = file.find(u"HKEY_LOCAL_MACHINE");
-  const std::string exported = file.exported(root);
-  const RegistryFile again(exported, page);
-  require(again.exported(again.find(u"HKEY_LOCAL_MACHINE")) == exported, "exports the same again",
-          shown);
+  const auto edited = [&](Kind kind) {
+    return platform::editReg(
+        text.inner, {{kind, platform::toInner(kKey), platform::toInner(kName), value}}, page);
+  };
+  const auto found = [&]() -> std::optional<platform::RegistryValue> {
+    const RegistryFile file(platform::encodeReg(text, page), page);
+    const std::uint32_t key = file.find(kKey);
+    return key == RegistryFile::kNone ? std::nullopt : file.query(key, kName);
+  };
+  text.inner = edited(Kind::setValue);
+  require(found() == value, "what is set reads back");
+  require(edited(Kind::setValue) == text.inner, "setting it again changes nothing");
+  const auto exported = [&](const std::string& of) {
+    const RegistryFile file(of, page);
+    return file.exported(file.find(u"HKEY_LOCAL_MACHINE"));
+  };
+  const std::string once = exported(platform::encodeReg(text, page));
+  require(exported(once) == once, "exports the same again");
+  text.inner = edited(Kind::removeValue);
+  require(!found(), "what is removed is gone");
 }
-
-}  // namespace
-}  // namespace veltgeneral
-
-void veltgeneral::fuzz(std::string_view bytes) { check(bytes); }

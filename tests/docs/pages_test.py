@@ -70,20 +70,18 @@ class Pages(unittest.TestCase):
         presets = json.loads((ROOT / "CMakePresets.json").read_text())["buildPresets"]
         names = {preset["name"] for preset in presets}
         for page in PAGES:
-            with self.subTest(page=page.name):
-                for language, source, _ in BLOCK.findall(page.read_text()):
-                    self.assertLessEqual(set(re.findall(r"--preset (\S+)", source)), names, source)
-                    for script in re.findall(r"\bscripts/[\w-]+", source):
-                        self.assertTrue((ROOT / script).exists(), script)
+            for _, source, _ in BLOCK.findall(page.read_text()):
+                self.assertLessEqual(set(re.findall(r"--preset (\S+)", source)), names, page)
+                for script in re.findall(r"\bscripts/[\w-]+", source):
+                    self.assertTrue((ROOT / script).exists(), f"{page}: {script}")
 
     def test_links_lead_somewhere(self):
         for page in PAGES:
-            with self.subTest(page=page.name):
-                for target, anchor in LINK.findall(page.read_text()):
-                    linked = page.parent / target if target else page
-                    self.assertTrue(linked.exists(), target)
-                    if anchor:
-                        self.assertIn(anchor, anchors(linked), target)
+            for target, anchor in LINK.findall(page.read_text()):
+                linked = page.parent / target if target else page
+                self.assertTrue(linked.exists(), f"{page}: {target}")
+                if anchor:
+                    self.assertIn(anchor, anchors(linked), f"{page}: {target}")
 
     def test_every_variable_is_documented(self):
         sources = [path for folder in ("src", "bindings", "include") for path in ROOT.glob(f"{folder}/**/*")

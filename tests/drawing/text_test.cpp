@@ -62,7 +62,7 @@ TEST_F(DrawingText, LoneSurrogatesAreReplaced) {
   EXPECT_EQ(toUtf8({units, 5}), "\uFFFDa\uFFFD\U0001F600");
 }
 
-TEST_F(DrawingText, IsDrawnInItsCellsAndCoversWhatCameBefore) {
+TEST_F(DrawingText, IsDrawnInItsCellsAndItsColourBelowWhatFollows) {
   constexpr int kScale = 4;
   const test::Picture picture = test::blackPicture(100 * kScale, 50 * kScale);
   Canvas canvas(picture.get(), kScale);
@@ -83,11 +83,11 @@ TEST_F(DrawingText, IsDrawnInItsCellsAndCoversWhatCameBefore) {
     EXPECT_EQ(inked, expected[cell]) << cell;
   }
   canvas.text(font, {4, 30}, {255, 255, 255}, u"\u2588");
-  canvas.fill({0, 0, 100, 50}, Colour::fromBgr(0x00FF0000));
-  EXPECT_EQ(dot(10, 25), 0x0000FFu);
-  canvas.text(font, {4, 30}, {255, 0, 0}, u"\u2588");
+  canvas.text(font, {44, 30}, {255, 0, 0}, u"\u2588");
+  canvas.fill({40, 0, 60, 50}, Colour::fromBgr(0x00FF0000));
   canvas.flush();
-  EXPECT_EQ(dot(10, 25), 0xFF0000u);
+  EXPECT_EQ(dot(10, 25), 0xFFFFFFu);
+  EXPECT_EQ(dot(50, 25), 0x0000FFu);
 }
 
 }  // namespace

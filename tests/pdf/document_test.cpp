@@ -159,7 +159,7 @@ TEST_F(Document, TablesGoOnBelowTheirHeadOnTheNextPage) {
   std::string rows;
   std::string lines;
   for (int i = 0; i < 150; ++i) {
-    rows.append("row \"").append(std::to_string(i)).append("\\nend\" \"\"\n");
+    rows.append("row \"").append(std::to_string(i)).append("\\nmore\\nend\" \"\"\n");
     lines.append(std::to_string(i)).append("\\n");
   }
   const struct {
@@ -199,9 +199,10 @@ TEST_F(Document, BoxesLinesFillsAndColours) {
     double x, y;
     std::uint32_t colour;
   };
-  constexpr Dot kDots[] = {{5, 4, 0xFFEE00},    {2, 4, 0x0000FF},   {9.9, 3, 0xFFFFFF},
-                           {10.1, 3, 0xC00000}, {5, 10, 0x008000},  {5, 10.3, 0xFFFFFF},
-                           {3, 12.3, 0x102860}, {5, 12.3, 0xA0A0A0}};
+  constexpr Dot kDots[] = {{5, 4, 0xFFEE00},    {2, 4, 0x0000FF},    {9.9, 3, 0xFFFFFF},
+                           {10.1, 3, 0xC00000}, {5, 10, 0x008000},   {5, 10.3, 0xFFFFFF},
+                           {3, 12.3, 0x102860}, {5, 12.3, 0xA0A0A0}, {2, 12.3, 0xA0A0A0},
+                           {8, 12.3, 0xA0A0A0}};
   for (const Dot& dot : kDots)
     EXPECT_EQ(page.at(dot.x, dot.y), dot.colour) << dot.x << " " << dot.y;
 }

@@ -20,7 +20,7 @@ constexpr int kWidth = 539;  // 8085 and 11100 twips at 96 dots per inch
 constexpr int kHeight = 740;
 constexpr std::uint32_t kBlack = 0;
 constexpr std::uint32_t kWhite = 0xFFFFFF;
-constexpr std::uint32_t kYellow = 0xFFFF00;
+constexpr std::uint32_t kOrange = 0xFF8200;
 
 // The dot at a place in cm on the page, which is shown at 70 % of its size.
 std::uint32_t at(const Picture& shot, double x, double y, int scale = 1) {
@@ -104,18 +104,19 @@ class Display : public test::VirtualDisplay {
 
 void drawPage(Reporting& report) {
   Variant size = 14.0;
-  report.prtBox(2.0, 4.0, 5.0, 6.0, 0x00FFFF);
   report.prtTesto(2.0, 8.0, size, false, false, Text(10, u'\u2588'));
+  report.prtBox(2.0, 4.0, 5.0, 6.0, 0x0082FF);
 }
 
-// A box with its outline, red in the lowest byte, and ten full cells of 0.6 times 14 points.
+// A box with its outline, whose colour has red in the lowest byte and is one of 16 bits too, and
+// ten full cells of 0.6 times 14 points.
 void expectPage(const Picture& shot, int scale = 1) {
   struct Case {
     double x, y;
     std::uint32_t colour;
   };
-  constexpr Case kCases[] = {{1.92, 3.92, kWhite},  {2, 4, kBlack},      {2.08, 4.08, kYellow},
-                             {4.92, 5.92, kYellow}, {5, 6, kBlack},      {5.08, 6.08, kWhite},
+  constexpr Case kCases[] = {{1.92, 3.92, kWhite},  {2, 4, kBlack},      {2.08, 4.08, kOrange},
+                             {4.92, 5.92, kOrange}, {5, 6, kBlack},      {5.08, 6.08, kWhite},
                              {1.95, 8.3, kWhite},   {2.05, 8.3, kBlack}, {4.82, 8.3, kBlack},
                              {5.01, 8.3, kWhite},   {3, 7.9, kWhite},    {3, 8.7, kWhite}};
   for (const Case& c : kCases) EXPECT_EQ(at(shot, c.x, c.y, scale), c.colour) << c.x << ", " << c.y;
@@ -139,7 +140,7 @@ TEST_F(FormTest, ShowsThePageAndIsRepaintedByTheServer) {
   ASSERT_TRUE(display.formIsThere(true));
   EXPECT_EQ(at(display.look(), 1, 1), kBlack);  // unseen as yet
   report_.openReport();
-  expectPage(display.lookWhen(1, 1, kWhite));
+  expectPage(display.lookWhen(3, 5, kOrange));
   display.repaint();
   expectPage(display.look());
   EXPECT_EQ(display.formSize(), std::pair(kWidth, kHeight));
@@ -172,7 +173,7 @@ TEST_F(FormTest, FollowsTheDisplaysColoursAndResolution) {
     display.setResources(c.resources);
     report_.openReport();
     drawPage(report_);
-    expectPage(display.lookWhen(2.05, 8.3, kBlack, c.scale), c.scale);
+    expectPage(display.lookWhen(3, 5, kOrange, c.scale), c.scale);
     EXPECT_EQ(display.formSize().second, kHeight * c.scale);
     report_.closeReport();
   }

@@ -70,6 +70,7 @@ TEST_F(PrinterTest, PagesToAFile) {
   expectTwoPages(file_);
   // The next document begins anew, on the first line; pages without a word count, except the last.
   Variant size = 10.0;
+  report_.prtTesto(2.0, 5.0, size, false, false, u"first");
   report_.newPage();
   report_.newPage();
   report_.prtTesto(2.0, 0.0, size, false, false, u"third");

@@ -159,7 +159,7 @@ TEST_F(Document, TablesGoOnBelowTheirHeadOnTheNextPage) {
   std::string rows;
   std::string lines;
   for (int i = 0; i < 150; ++i) {
-    rows.append("row \"").append(std::to_string(i)).append("\\nmore\\nend\" \"\"\n");
+    rows.append("row \"").append(std::to_string(i)).append("\\nof\\nfour\\nend\" \"\"\n");
     lines.append(std::to_string(i)).append("\\n");
   }
   const struct {

@@ -1,14 +1,11 @@
-// One line for each call of the C library that the library, its modules and those behind them make
-// and that can fail, with the ways in which it does.
 #include "faults/interpose.h"
 
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
-#include <glob.h>
 #include <iconv.h>
+#include <link.h>
 #include <poll.h>
-#include <pwd.h>
 #include <sys/file.h>
 #include <sys/mman.h>
 #include <sys/socket.h>
@@ -17,47 +14,54 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
-#include <clocale>
-#include <cstdarg>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
+#include <map>
 #include <new>
-#include <tuple>
 #include <utility>
 
 namespace veltgeneral::faults {
 namespace {
 
-struct State {
+constexpr std::time_t kNow = 1'709'210'096;  // 29 February 2024
+
+thread_local struct {
   Fault fault;
-  std::function<void(const Call&)> made;
-  int seen = 0;  // of the fault's name
-  bool came = false;
-};
-
-constexpr time_t kNow = 1'709'210'096;  // 29 February 2024
-
-thread_local State state;
-thread_local bool counting = false;
-thread_local std::FILE* broken = nullptr;  // the stream whose last call was made to fail
+  Listener listener;
+  int seen = 0;
+  bool counting = false;
+} state;
 
 // 0, or how this call has to fail.
 int errorFor(const Call& call) noexcept {
-  if (!counting || call.name != state.fault.name || ++state.seen != state.fault.turn) return 0;
-  state.came = true;
-  return state.fault.error;
+  const bool counts = state.counting && state.fault.call == &call;
+  return counts && ++state.seen == state.fault.turn ? state.fault.error : 0;
 }
 
 void tell(const Call& call) {
-  if (!counting || !state.made) return;
-  counting = false;
+  if (!state.counting || !state.listener) return;
   const int error = errno;
-  state.made(call);
+  state.counting = false;
+  state.listener(call);
+  state.counting = true;
   errno = error;
-  counting = true;
+}
+
+void halve(std::size_t& size) { size = (size + 1) / 2; }
+void halve(auto&) {}
+
+// Streams remember that they failed.
+void mark(std::FILE* file) { file->_flags |= _IO_ERR_SEEN; }
+void mark(auto) {}
+
+template <class R>
+R failureOf(Failing how) {
+  if constexpr (std::is_pointer_v<R>)
+    return how == Failing::withAllOnes ? reinterpret_cast<R>(-1) : nullptr;
+  else
+    return std::is_unsigned_v<R> ? R{0} : static_cast<R>(-1);
 }
 
 template <std::size_t N>
@@ -66,163 +70,163 @@ struct Name {
   char text[N]{};
 };
 
-template <Name kName, int... kErrors>
-struct Interposed {
-  static constexpr std::array<int, sizeof...(kErrors)> kHow{kErrors...};
-  static constexpr Call kCall{kName.text, kHow};
-
-  // The C library's own call, or `failed` in its place.
-  template <class R, class... A>
-  static R call(R failed, A... arguments) {
-    static const auto kNext = reinterpret_cast<R (*)(A...)>(::dlsym(RTLD_NEXT, kName.text));
-    const int error = errorFor(kCall);
-    R result = failed;
-    if (error > 0) {
-      errno = error;
-    } else {
-      std::tuple<A...> given(arguments...);
-      if constexpr (sizeof...(A) > 2) {
-        if (error == kPart) {
-          auto& size = std::get<2>(given);
-          if constexpr (std::is_same_v<decltype(size), std::size_t&>) size = (size + 1) / 2;
-        }
-      }
-      result = std::apply(kNext, given);
-    }
-    tell(kCall);
-    return result;
+template <Name kName, class R, class... A>
+R interposed(A... given) {
+  static const Call& call = *std::ranges::find(calls(), kName.text, &Call::name);
+  const auto original = reinterpret_cast<R (*)(A...)>(call.original);
+  const int error = errorFor(call);
+  if (error == kPart) (halve(given), ...);
+  R result{};
+  if (error <= 0 || call.how == Failing::afterItsWork) result = original(given...);
+  if (error > 0) {
+    if (call.how != Failing::afterItsWork) (mark(given), ...);
+    result = failureOf<R>(call.how);
+    errno = error;
   }
-
-  // For calls that have done their work even where they report a failure.
-  template <class R, class... A>
-  static R afterwards(R failed, A... arguments) {
-    static const auto kNext = reinterpret_cast<R (*)(A...)>(::dlsym(RTLD_NEXT, kName.text));
-    R result = kNext(arguments...);
-    if (const int error = errorFor(kCall); error > 0) {
-      errno = error;
-      result = failed;
-    }
-    tell(kCall);
-    return result;
-  }
-
-  // For streams, which remember that they failed.
-  template <class R, class... A>
-  static R stream(std::FILE* file, R failed, A... arguments) {
-    const bool before = state.came;
-    const R result = call(failed, arguments...);
-    if (state.came != before) broken = file;
-    return result;
-  }
-};
-
-}  // namespace
-
-void begin(const Fault& fault, std::function<void(const Call&)> made) {
-  state = {.fault = fault, .made = std::move(made)};
-  broken = nullptr;
-  counting = true;
+  tell(call);
+  return result;
 }
 
-bool end() noexcept {
-  counting = false;
-  return state.came;
+template <Name kName, class R, class... A>
+Call row(R (*)(A...), std::vector<int> errors, Failing how = Failing::instead) {
+  return {kName.text, reinterpret_cast<void*>(&interposed<kName, R, A...>), std::move(errors), how};
 }
 
-}  // namespace veltgeneral::faults
+constexpr int (*kOpen)(const char*, int, mode_t) = nullptr;  // the mode may be left out
 
-using namespace veltgeneral::faults;
-
-void* operator new(std::size_t size) {
-  static constexpr std::array kHow{ENOMEM};
-  static constexpr Call kCall{"new", kHow};
-  if (errorFor(kCall) != 0) throw std::bad_alloc();
-  void* const memory = std::malloc(size == 0 ? 1 : size);
-  if (memory == nullptr) throw std::bad_alloc();
-  tell(kCall);
-  return memory;
-}
-
-// NOLINTBEGIN: the C library's names and types
-// clang-format off
-extern "C" {
-int close(int fd) { return Interposed<"close", EIO, EINTR>::afterwards(-1, fd); }
-ssize_t read(int fd, void* to, size_t size) { return Interposed<"read", EIO, EINTR, kPart>::call(ssize_t{-1}, fd, to, size); }
-ssize_t pread(int fd, void* to, size_t size, off_t at) { return Interposed<"pread", EIO, EINTR, kPart>::call(ssize_t{-1}, fd, to, size, at); }
-ssize_t write(int fd, const void* from, size_t size) { return Interposed<"write", ENOSPC, EIO, EINTR, kPart>::call(ssize_t{-1}, fd, from, size); }
-off_t lseek(int fd, off_t to, int from) noexcept { return Interposed<"lseek", EIO>::call(off_t{-1}, fd, to, from); }
-int ftruncate(int fd, off_t size) noexcept { return Interposed<"ftruncate", EIO, EINTR>::call(-1, fd, size); }
-int fallocate(int fd, int mode, off_t from, off_t size) { return Interposed<"fallocate", ENOSPC, EINTR, EOPNOTSUPP>::call(-1, fd, mode, from, size); }
-int stat(const char* path, struct stat* to) noexcept { return Interposed<"stat", EACCES, EIO>::call(-1, path, to); }
-int lstat(const char* path, struct stat* to) noexcept { return Interposed<"lstat", EACCES, EIO>::call(-1, path, to); }
-int fstat(int fd, struct stat* to) noexcept { return Interposed<"fstat", EIO>::call(-1, fd, to); }
-int fstatat(int folder, const char* path, struct stat* to, int flags) noexcept { return Interposed<"fstatat", EIO>::call(-1, folder, path, to, flags); }
-int access(const char* path, int how) noexcept { return Interposed<"access", EACCES, EIO>::call(-1, path, how); }
-int rename(const char* from, const char* to) noexcept { return Interposed<"rename", EACCES, ENOSPC, EIO>::call(-1, from, to); }
-int renameat2(int fromFolder, const char* from, int toFolder, const char* to, unsigned flags) noexcept { return Interposed<"renameat2", EACCES, ENOSPC, EINVAL, EIO>::call(-1, fromFolder, from, toFolder, to, flags); }
-int link(const char* from, const char* to) noexcept { return Interposed<"link", EPERM, ENOSPC, EIO>::call(-1, from, to); }
-int linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags) noexcept { return Interposed<"linkat", ENOENT, ENOSPC, EIO>::call(-1, fromFolder, from, toFolder, to, flags); }
-int unlink(const char* path) noexcept { return Interposed<"unlink", EACCES, EIO>::call(-1, path); }
-int mkdir(const char* path, mode_t mode) noexcept { return Interposed<"mkdir", EACCES, ENOSPC>::call(-1, path, mode); }
-ssize_t readlink(const char* path, char* to, size_t size) noexcept { return Interposed<"readlink", EACCES, EIO>::call(ssize_t{-1}, path, to, size); }
-char* realpath(const char* path, char* to) noexcept { return Interposed<"realpath", EACCES, EIO, ENOMEM>::call(static_cast<char*>(nullptr), path, to); }
-int chmod(const char* path, mode_t mode) noexcept { return Interposed<"chmod", EPERM, EIO>::call(-1, path, mode); }
-int fchmod(int fd, mode_t mode) noexcept { return Interposed<"fchmod", EPERM, EIO>::call(-1, fd, mode); }
-int fchown(int fd, uid_t user, gid_t group) noexcept { return Interposed<"fchown", EPERM, EIO>::call(-1, fd, user, group); }
-int futimens(int fd, const timespec times[2]) noexcept { return Interposed<"futimens", EPERM, EIO>::call(-1, fd, times); }
-ssize_t getxattr(const char* path, const char* name, void* to, size_t size) noexcept { return Interposed<"getxattr", EIO, ENOMEM>::call(ssize_t{-1}, path, name, to, size); }
-ssize_t fgetxattr(int fd, const char* name, void* to, size_t size) noexcept { return Interposed<"fgetxattr", EIO, ENOMEM, ERANGE>::call(ssize_t{-1}, fd, name, to, size); }
-ssize_t flistxattr(int fd, char* to, size_t size) noexcept { return Interposed<"flistxattr", EIO, ENOMEM>::call(ssize_t{-1}, fd, to, size); }
-int setxattr(const char* path, const char* name, const void* from, size_t size, int flags) noexcept { return Interposed<"setxattr", ENOSPC, EIO>::call(-1, path, name, from, size, flags); }
-int fsetxattr(int fd, const char* name, const void* from, size_t size, int flags) noexcept { return Interposed<"fsetxattr", ENOSPC, EIO>::call(-1, fd, name, from, size, flags); }
-int removexattr(const char* path, const char* name) noexcept { return Interposed<"removexattr", EIO>::call(-1, path, name); }
-DIR* opendir(const char* path) { return Interposed<"opendir", EACCES, EMFILE, ENOMEM>::call(static_cast<DIR*>(nullptr), path); }
-dirent* readdir(DIR* folder) { return Interposed<"readdir", EIO>::call(static_cast<dirent*>(nullptr), folder); }
-int glob(const char* pattern, int flags, int (*failed)(const char*, int), glob_t* to) { return Interposed<"glob", EIO>::call(GLOB_ABORTED, pattern, flags, failed, to); }
-FILE* fopen(const char* path, const char* mode) { return Interposed<"fopen", EACCES, EMFILE, EIO>::call(static_cast<FILE*>(nullptr), path, mode); }
-FILE* fdopen(int fd, const char* mode) noexcept { return Interposed<"fdopen", ENOMEM>::call(static_cast<FILE*>(nullptr), fd, mode); }
-size_t fread(void* to, size_t size, size_t count, FILE* file) { return Interposed<"fread", EIO>::stream(file, size_t{0}, to, size, count, file); }
-size_t fwrite(const void* from, size_t size, size_t count, FILE* file) { return Interposed<"fwrite", ENOSPC>::stream(file, size_t{0}, from, size, count, file); }
-ssize_t __getdelim(char** line, size_t* size, int end, FILE* file) { return Interposed<"__getdelim", EIO>::stream(file, ssize_t{-1}, line, size, end, file); }
-int fseek(FILE* file, long to, int from) { return Interposed<"fseek", EIO>::call(-1, file, to, from); }
-int ferror(FILE* file) noexcept { return file == broken ? 1 : Interposed<"ferror">::call(0, file); }
-int fclose(FILE* file) { return Interposed<"fclose", ENOSPC, EIO>::afterwards(EOF, file); }
-void* dlopen(const char* path, int flags) noexcept { return Interposed<"dlopen", ENOMEM>::call(static_cast<void*>(nullptr), path, flags); }
-void* mmap(void* at, size_t size, int rights, int flags, int fd, off_t from) noexcept { return Interposed<"mmap", ENOMEM>::call(MAP_FAILED, at, size, rights, flags, fd, from); }
-int madvise(void* at, size_t size, int how) noexcept { return Interposed<"madvise", ENOMEM>::call(-1, at, size, how); }
-iconv_t iconv_open(const char* to, const char* from) { return Interposed<"iconv_open", EMFILE, ENOMEM>::call(reinterpret_cast<iconv_t>(-1), to, from); }
-locale_t newlocale(int mask, const char* name, locale_t base) noexcept { return Interposed<"newlocale", ENOMEM>::call(locale_t{nullptr}, mask, name, base); }
-int socket(int domain, int type, int protocol) noexcept { return Interposed<"socket", EMFILE, EACCES>::call(-1, domain, type, protocol); }
-int socketpair(int domain, int type, int protocol, int ends[2]) noexcept { return Interposed<"socketpair", EMFILE>::call(-1, domain, type, protocol, ends); }
-int connect(int fd, const sockaddr* to, socklen_t size) { return Interposed<"connect", ECONNREFUSED, ENETUNREACH, EACCES>::call(-1, fd, to, size); }
-int getsockopt(int fd, int level, int name, void* to, socklen_t* size) noexcept { return Interposed<"getsockopt", ENOBUFS>::call(-1, fd, level, name, to, size); }
-int setsockopt(int fd, int level, int name, const void* from, socklen_t size) noexcept { return Interposed<"setsockopt", ENOBUFS>::call(-1, fd, level, name, from, size); }
-int getsockname(int fd, sockaddr* to, socklen_t* size) noexcept { return Interposed<"getsockname", ENOBUFS>::call(-1, fd, to, size); }
-int getpeername(int fd, sockaddr* to, socklen_t* size) noexcept { return Interposed<"getpeername", ENOTCONN>::call(-1, fd, to, size); }
-ssize_t send(int fd, const void* from, size_t size, int flags) { return Interposed<"send", EPIPE, EAGAIN, kPart>::call(ssize_t{-1}, fd, from, size, flags); }
-ssize_t recv(int fd, void* to, size_t size, int flags) { return Interposed<"recv", ECONNRESET, EAGAIN, kPart>::call(ssize_t{-1}, fd, to, size, flags); }
-int poll(pollfd* those, nfds_t count, int milliseconds) { return Interposed<"poll", EINTR, ENOMEM>::call(-1, those, count, milliseconds); }
-// clang-format on
-int open(const char* path, int flags, ...) {
-  std::va_list more;
-  va_start(more, flags);
-  const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(more, mode_t) : 0;
-  va_end(more);
-  return Interposed<"open", EACCES, EIO, EMFILE, EINTR>::call(-1, path, flags, mode);
-}
-int flock(int fd, int how) noexcept {
-  if ((how & LOCK_UN) != 0) return Interposed<"flock">::call(-1, fd, how);  // cannot fail
-  return Interposed<"flock", ENOLCK, EINTR>::call(-1, fd, how);
-}
-int clock_gettime(clockid_t clock, timespec* to) noexcept {
-  const int done = Interposed<"clock_gettime">::call(-1, clock, to);
-  if (counting && clock == CLOCK_REALTIME) *to = {.tv_sec = kNow, .tv_nsec = 0};
-  return done;
-}
-time_t time(time_t* to) noexcept {
-  const time_t now = counting ? kNow : Interposed<"time">::call(time_t{-1}, to);
+std::time_t stillTime(std::time_t* to) {
+  using std::chrono::system_clock;
+  const std::time_t now = state.counting ? kNow : system_clock::to_time_t(system_clock::now());
   if (to != nullptr) *to = now;
   return now;
 }
+
+void redirectAll();
+
+void* openLibrary(const char* path, int flags) {
+  void* const library = interposed<"dlopen", void*, const char*, int>(path, flags);
+  redirectAll();
+  return library;
 }
-// NOLINTEND
+
+std::vector<Call> makeCalls() {
+  std::vector<Call> all{
+      {kAllocation, nullptr, {ENOMEM}},
+      {"time", reinterpret_cast<void*>(&stillTime), {}},
+      {"dlopen", reinterpret_cast<void*>(&openLibrary), {ENOMEM}},
+      row<"open">(kOpen, {EACCES, EIO, EMFILE, EINTR}),
+      row<"close">(::close, {EIO, EINTR}, Failing::afterItsWork),
+      row<"read">(::read, {EIO, EINTR, kPart}),
+      row<"pread">(::pread, {EIO, EINTR, kPart}),
+      row<"write">(::write, {ENOSPC, EIO, EINTR, kPart}),
+      row<"lseek">(::lseek, {EIO}),
+      row<"ftruncate">(::ftruncate, {EIO, EINTR}),
+      row<"fallocate">(::fallocate, {ENOSPC, EINTR, EOPNOTSUPP}),
+      row<"flock">(::flock, {ENOLCK, EINTR}),
+      row<"stat">(::stat, {EACCES, EIO}),
+      row<"lstat">(::lstat, {EACCES, EIO}),
+      row<"fstat">(::fstat, {EIO}),
+      row<"fstatat">(::fstatat, {EIO}),
+      row<"access">(::access, {EACCES, EIO}),
+      row<"rename">(::rename, {EACCES, ENOSPC, EIO}),
+      row<"renameat2">(::renameat2, {EACCES, ENOSPC, EINVAL, EIO}),
+      row<"linkat">(::linkat, {ENOENT, ENOSPC, EIO}),
+      row<"unlink">(::unlink, {EACCES, EIO}),
+      row<"mkdir">(::mkdir, {EACCES, ENOSPC}),
+      row<"readlink">(::readlink, {EACCES, EIO}),
+      row<"realpath">(::realpath, {EACCES, EIO, ENOMEM}),
+      row<"chmod">(::chmod, {EPERM, EIO}),
+      row<"fchmod">(::fchmod, {EPERM, EIO}),
+      row<"fchown">(::fchown, {EPERM, EIO}),
+      row<"futimens">(::futimens, {EPERM, EIO}),
+      row<"getxattr">(::getxattr, {EIO, ENOMEM}),
+      row<"fgetxattr">(::fgetxattr, {EIO, ENOMEM, ERANGE}),
+      row<"flistxattr">(::flistxattr, {EIO, ENOMEM}),
+      row<"setxattr">(::setxattr, {ENOSPC, EIO}),
+      row<"fsetxattr">(::fsetxattr, {ENOSPC, EIO}),
+      row<"removexattr">(::removexattr, {EIO}),
+      row<"opendir">(::opendir, {EACCES, EMFILE, ENOMEM}),
+      row<"readdir">(::readdir, {EIO}),
+      row<"fopen">(::fopen, {EACCES, EMFILE, EIO}),
+      row<"fdopen">(::fdopen, {ENOMEM}),
+      row<"fread">(::fread, {EIO}),
+      row<"fwrite">(::fwrite, {ENOSPC}),
+      row<"__getdelim">(::__getdelim, {EIO}),
+      row<"fseek">(::fseek, {EIO}),
+      row<"fclose">(::fclose, {ENOSPC, EIO}, Failing::afterItsWork),
+      row<"mmap">(::mmap, {ENOMEM}, Failing::withAllOnes),
+      row<"iconv_open">(::iconv_open, {EMFILE, ENOMEM}, Failing::withAllOnes),
+      row<"socket">(::socket, {EMFILE, EACCES}),
+      row<"socketpair">(::socketpair, {EMFILE}),
+      row<"connect">(::connect, {ECONNREFUSED, ENETUNREACH, EACCES}),
+      row<"getsockopt">(::getsockopt, {ENOBUFS}),
+      row<"setsockopt">(::setsockopt, {ENOBUFS}),
+      row<"getsockname">(::getsockname, {ENOBUFS}),
+      row<"getpeername">(::getpeername, {ENOTCONN}),
+      row<"send">(::send, {EPIPE, EAGAIN, kPart}),
+      row<"recv">(::recv, {ECONNRESET, EAGAIN, kPart}),
+      row<"poll">(::poll, {EINTR, ENOMEM}),
+  };
+  for (Call& call : all) call.original = ::dlsym(RTLD_DEFAULT, call.name.data());
+  return all;
+}
+
+// Replaces the addresses of the C library's functions that a loaded library keeps, as the dynamic
+// section of its file describes them (System V ABI, chapter 5).
+int redirect(dl_phdr_info* library, std::size_t, void*) {
+  const std::span parts(library->dlpi_phdr, library->dlpi_phnum);
+  const auto dynamic = std::ranges::find(parts, PT_DYNAMIC, &ElfW(Phdr)::p_type);
+  if (dynamic == parts.end()) return 0;
+  std::map<ElfW(Sxword), ElfW(Addr)> values;
+  const auto* entry = reinterpret_cast<const ElfW(Dyn)*>(library->dlpi_addr + dynamic->p_vaddr);
+  for (; entry->d_tag != DT_NULL; ++entry) values[entry->d_tag] = entry->d_un.d_ptr;
+  const auto* symbols = reinterpret_cast<const ElfW(Sym)*>(values[DT_SYMTAB]);
+  const auto* names = reinterpret_cast<const char*>(values[DT_STRTAB]);
+  const auto pageSize = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
+  for (const auto& [table, size] : {std::pair(DT_RELA, DT_RELASZ), {DT_JMPREL, DT_PLTRELSZ}}) {
+    const auto* first = reinterpret_cast<const ElfW(Rela)*>(values[table]);
+    for (const ElfW(Rela) & place : std::span(first, values[size] / sizeof *first)) {
+      const ElfW(Sym)& symbol = symbols[ELF64_R_SYM(place.r_info)];
+      const auto call = std::ranges::find(calls(), names + symbol.st_name, &Call::name);
+      if (symbol.st_shndx != SHN_UNDEF || call == calls().end() || !call->replacement) continue;
+      const std::uintptr_t at = library->dlpi_addr + place.r_offset;
+      void* const page = reinterpret_cast<void*>(at & ~(pageSize - 1));
+      if (::mprotect(page, pageSize, PROT_READ | PROT_WRITE) != 0) std::abort();
+      *reinterpret_cast<void**>(at) = call->replacement;
+    }
+  }
+  return 0;
+}
+
+void redirectAll() { ::dl_iterate_phdr(redirect, nullptr); }
+
+// Once for all processes that come from this one.
+const struct Redirected {
+  Redirected() { redirectAll(); }
+} kRedirected;
+
+}  // namespace
+
+std::span<const Call> calls() {
+  static const std::vector<Call> kCalls = makeCalls();
+  return kCalls;
+}
+
+Disturbance::Disturbance(const Fault& fault, Listener listener) {
+  state = {fault, std::move(listener), 0, true};
+}
+
+Disturbance::~Disturbance() { state.counting = false; }
+
+bool faultCame() noexcept { return state.seen >= state.fault.turn; }
+
+}  // namespace veltgeneral::faults
+
+void* operator new(std::size_t size) {
+  using namespace veltgeneral::faults;
+  if (state.counting && errorFor(calls().front()) != 0) throw std::bad_alloc();
+  void* const memory = std::malloc(size == 0 ? 1 : size);
+  if (memory == nullptr) throw std::bad_alloc();
+  if (state.counting) tell(calls().front());
+  return memory;
+}

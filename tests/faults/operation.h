@@ -1,74 +1,85 @@
 // What is tried: one row an operation.
 #pragma once
 
-#include <cstdint>
-#include <functional>
-#include <ostream>
-#include <span>
-#include <string>
+#include <sys/stat.h>
 
-#include "faults/interpose.h"
-#include "support/temporary_folder.h"
-#include "veltgeneral/err_info.h"
+#include <cstdint>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "veltgeneral/variant.h"
 
 namespace veltgeneral::faults {
 
-// What a caller was told: 0 for success, else a run-time or domain error (-1 where the interface
-// has no number), and everything that was handed out.
+// The file that most operations are about: so long a name that copies of it are allocated.
+inline const std::string kName = "the-file-worked-on";
+inline const Text kPath = u"./the-file-worked-on";
+
+// What an operation finds in its folder; it is added to what a file of that name already holds.
+struct File {
+  std::string_view name;
+  std::string_view content = {};    // of a link, where it leads
+  mode_t mode = 0644;               // S_IFLNK makes a link, 0 takes the file away
+  std::string_view attribute = {};  // user.DOSATTRIB
+  bool others = false;              // somebody else's, where this process may give files away
+};
+
+// A member with these arguments, or a function.
+struct Action {
+  Action(std::initializer_list<Variant> given) : arguments(given) {}
+  Action(Variant (*function)()) : run(function) {}
+
+  std::vector<Variant> arguments;
+  Variant (*run)() = nullptr;
+};
+
+// What a caller was told.
 struct Outcome {
-  std::int32_t number = 0;
-  std::string seen = {};
+  std::int32_t number = 0;  // of the error; -1 where it has none
+  std::string seen = {};    // what was handed out: the result, and the arguments that changed
+  bool kept = true;         // no argument changed
 };
 
-// The folder of one run, and the fault that it meets.
-struct Site {
-  std::string file(const std::string& name) const { return folder + "/" + name; }
-  Text text(const std::string& name) const { return fromUtf8(file(name)); }
-  std::string get(const std::string& name) const { return test::contentOf(file(name)); }
-  void put(const std::string& name, std::string_view content) const {
-    test::setContent(file(name), content);
-  }
-
-  // Runs `body` under the fault, which is gone afterwards; what it throws becomes an outcome, and
-  // an ErrInfo that it returns too.
-  Outcome tried(const std::function<void()>& body) const;
-  Outcome result(const std::function<ErrInfo()>& body) const;
-
-  std::string folder;
-  Fault fault = {};
-  std::function<void(const Call&)> made = {};
-  mutable bool came = false;
-};
-
-// In which process.
-enum class Way : std::uint8_t {
-  cold,   // one that has not done it before
+enum class Process : std::uint8_t {
+  cold,   // has not done it before
   first,  // the same, and only loading a library fails
-  warm,   // one that has
-  user,   // a plain user's that owns the folder
-  guest,  // a plain user's that owns nothing
+  warm,   // has; what it loaded then may tell of signals
+  user,   // a plain user's, cold
 };
+
+inline constexpr int kInPlace = 0;  // written in place, and left as it comes
+inline constexpr int kUndone = -1;  // written in place, and made as it was by what fails
 
 struct Operation {
-  const char* name;
-  void (*prepare)(const Site&);
-  Outcome (*run)(const Site&);
-  // Whether `got` is documented for a call that failed with `error`, where it is not what comes
+  std::string name;  // the member's, with "=" where it is put, and perhaps ", " and a circumstance
+  std::vector<File> given;
+  Action action;
+  // Whether `got` is documented for a call that failed with `error`, where it is not what is seen
   // undisturbed or not all was done.
-  bool (*documented)(const Outcome& got, const Outcome& undisturbed, int error);
-  // How many times a file of it is replaced whole, so that nobody ever sees it otherwise.
+  bool (*documented)(const Outcome& got, const std::string& undisturbed, int error);
+  // How many times a file is replaced whole, so that nobody ever sees it otherwise; or one of
+  // above.
   int changes = 1;
-  static constexpr int kInPlace = 0;  // written in place, and left as it comes
-  static constexpr int kUndone = -1;  // written in place, and made as it was by what fails
-  Way way = Way::cold;
-  bool repeats = true;  // done once more, it leaves the same files
-  // Files that are whole though an undisturbed run never has them so.
-  bool (*alsoWhole)(const Site&) = nullptr;
+  Process process = Process::cold;
+  // Files in the current folder that are whole though an undisturbed run never has them so.
+  bool (*alsoWhole)() = nullptr;
 };
 
-inline void PrintTo(const Operation& operation, std::ostream* out) { *out << operation.name; }
+// The cold ones first: what a warm one does in its parent's process, others would find done.
+std::vector<Operation> operations();
 
-std::span<const Operation> settingsOperations();
-std::span<const Operation> fileOperations();
+struct Findings {
+  int calls = 0;        // of the C library, each of which failed once or more
+  int allocations = 0;  // likewise
+  int trials = 0;
+  int missing = 0;  // faults that did not come: how many calls there are may hang on the clock
+  std::vector<std::string> complaints;
+};
+
+// Runs it undisturbed, and then with each of its calls failing in turn, each time in a process and
+// a folder of its own.
+Findings tryOut(const Operation& operation);
 
 }  // namespace veltgeneral::faults

@@ -1,8 +1,4 @@
-#include "faults/trial.h"
-
-#include <grp.h>
 #include <sys/mman.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -12,16 +8,19 @@
 #include <cerrno>
 #include <chrono>
 #include <cstring>
-#include <ctime>
 #include <iomanip>
-#include <list>
 #include <map>
+#include <memory>
 #include <set>
 #include <sstream>
 #include <stdexcept>
 #include <thread>
-#include <utility>
 
+#include "automation/coerce.h"
+#include "faults/interpose.h"
+#include "faults/operation.h"
+#include "support/temporary_folder.h"
+#include "veltgeneral/component.h"
 #include "veltgeneral/runtime_error.h"
 
 namespace veltgeneral::faults {
@@ -30,333 +29,328 @@ namespace {
 namespace fs = std::filesystem;
 using test::TemporaryFolder;
 
-constexpr std::string_view kAllocation = "new";
+constexpr const char* kAttribute = "user.DOSATTRIB";
+constexpr const char* kDidNotCome = "did not come";
 constexpr uid_t kNobody = 65534;
+
+bool asPlainUser(const Operation& operation) {
+  return operation.process == Process::user && ::geteuid() == 0;
+}
+
+void put(const File& file, const std::string& path) {
+  if (file.mode == S_IFLNK) return fs::create_symlink(file.content, path);
+  if (file.mode == 0) return static_cast<void>(fs::remove(path));
+  std::ofstream(path, std::ios::app | std::ios::binary) << file.content;
+  if (!file.attribute.empty())
+    ::setxattr(path.c_str(), kAttribute, file.attribute.data(), file.attribute.size(), 0);
+  const bool given = file.others && ::geteuid() == 0;
+  if ((given && ::chown(path.c_str(), kNobody, kNobody) != 0) ||
+      ::chmod(path.c_str(), file.mode) != 0)
+    throw std::runtime_error("cannot make " + path);
+}
+
+// A folder with what the operation finds; a plain user's, where it is one. It lies in memory where
+// that keeps attributes, for no disk is as fast.
+std::unique_ptr<TemporaryFolder> folderFor(const Operation& operation) {
+  static const bool kFast = ::getxattr("/dev/shm", kAttribute, nullptr, 0) < 0 && errno == ENODATA;
+  const bool plain = asPlainUser(operation) && ::seteuid(kNobody) == 0;
+  auto folder = std::make_unique<TemporaryFolder>(kFast ? "/dev/shm" : "/tmp");
+  for (const char* name : {"registry", "home", "log"}) fs::create_directory(*folder / name);
+  folder->put("registry/machine.reg",
+              "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Zoltra\\LogSystem]\n\"Path\"=\"log\"\n");
+  for (const File& file : operation.given) put(file, *folder / file.name);
+  if (plain && ::seteuid(0) != 0) throw std::runtime_error("cannot become root again");
+  return folder;
+}
+
+void enter(const TemporaryFolder& folder, const Operation& operation) {
+  fs::current_path(folder.path());
+  for (const auto& [variable, value] :
+       std::map<const char*, std::string>{{"VELTGENERAL_REGISTRY_DIR", folder / "registry"},
+                                          {"VELTGENERAL_HOME", folder / "home"},
+                                          {"VELTGENERAL_PRINTER", "pdf:report.pdf"},
+                                          {"VELTGENERAL_FORM", "image:form.png"},
+                                          {"XDG_STATE_HOME", folder / "state"},
+                                          {"TMPDIR", folder / "home"}})
+    ::setenv(variable, value.c_str(), 1);
+  if (asPlainUser(operation) && ::setresuid(kNobody, kNobody, kNobody) != 0)
+    throw std::runtime_error("cannot become a plain user");
+}
+
+// Files changed within the clock's last tick are not yet trusted, which takes other calls.
+void letTheClockTick() { std::this_thread::sleep_for(std::chrono::milliseconds(12)); }
 
 // Everything about the files of a folder that an operation can change, by their names.
 using Files = std::map<std::string, std::string>;
 
-Files filesIn(const std::string& folder) {
+Files filesIn(const TemporaryFolder& folder) {
   Files files;
-  for (const auto& entry : fs::recursive_directory_iterator(folder)) {
-    const std::string path = entry.path();
+  for (const auto& entry : fs::recursive_directory_iterator(folder.path())) {
     struct stat status {};
-    if (::lstat(path.c_str(), &status) != 0) continue;
-    std::string& state = files[path.substr(folder.size() + 1)];
-    state = "mode " + std::to_string(status.st_mode) + " of " + std::to_string(status.st_uid);
-    if (!S_ISREG(status.st_mode)) continue;
-    std::array<char, 256> value{};
-    for (const char* name : {"user.DOSATTRIB", "user.note"}) {
-      const ssize_t size = ::getxattr(path.c_str(), name, value.data(), value.size());
-      if (size > 0) state.append(" ").append(value.data(), static_cast<std::size_t>(size));
-    }
-    // Only a time that an operation sets is not of today.
-    if (status.st_mtime < std::time(nullptr) - 86400)
-      state += " time " + std::to_string(status.st_mtime);
-    std::string content = test::contentOf(path);
-    for (std::size_t at = 0; (at = content.find(folder, at)) != std::string::npos;)
-      content.replace(at, folder.size(), "<folder>");
-    state += ": " + content;
+    if (::lstat(entry.path().c_str(), &status) != 0) continue;
+    std::ostringstream state;
+    state << "mode " << status.st_mode << " of " << status.st_uid << ' ';
+    std::array<char, 64> value{};
+    const auto size = ::getxattr(entry.path().c_str(), kAttribute, value.data(), value.size());
+    if (size > 0) state.write(value.data(), size);
+    if (status.st_mtime < 1'500'000'000) state << " time " << status.st_mtime;  // it was set
+    if (entry.is_regular_file()) state << ": " << test::contentOf(entry.path());
+    files[entry.path().lexically_relative(folder.path())] = state.str();
   }
   return files;
 }
 
 // The common log takes a line of whatever fails: it has whole lines, and is of no account else.
-bool isLog(const std::string& name) {
-  return (name.starts_with("log/") || name.starts_with("home/")) &&
-         (name.ends_with("tarnview.log") || name.ends_with("tarnview.log.old"));
-}
+bool isLog(const std::string& name) { return name.find("/tarnview.log") != std::string::npos; }
 
 bool hasWholeLines(const std::string& state) {
   const std::string lines = state.substr(state.find(": ") + 2);
   return lines.empty() || (lines.starts_with("\"[") && lines.ends_with("]\"\r\n"));
 }
 
-bool also(const Operation& operation, const Site& site) {
-  return operation.alsoWhole != nullptr && operation.alsoWhole(site);
+// What is handed out, as one text; of a table, its first row.
+std::string textOf(const Variant& value) {
+  if (const Bytes* bytes = std::get_if<Bytes>(&value)) return {bytes->begin(), bytes->end()};
+  if (const bool* yes = std::get_if<bool>(&value)) return *yes ? "yes" : "";
+  if (std::holds_alternative<ObjectRef>(value)) return {};
+  const TextArray* array = std::get_if<TextArray>(&value);
+  if (array == nullptr) return toUtf8(toText(value));
+  std::string all;
+  for (std::int32_t i = 1; array->dimensions() > 0 && i <= array->bounds().upper; ++i)
+    all += toUtf8(array->dimensions() == 1 ? array->at(i) : array->at(i, 1));
+  return all;
+}
+
+Variant call(Object& object, TextView member, CallKind kind, std::vector<Variant> arguments = {}) {
+  return object.call(member, kind, arguments);
+}
+
+Variant get(Object& object, TextView property) {
+  return call(object, property, CallKind::propertyGet);
+}
+
+// An object that has the member, ready for it.
+ObjectRef objectFor(std::string_view member) {
+  const auto type = std::ranges::find_if(classes(), [&](const Class& one) {
+    return std::ranges::count(one.members, member, &Member::name) > 0;
+  });
+  const ObjectRef object = type->create();
+  if (type->name == "ErrInfo")
+    call(*object, u"ErrInfo", CallKind::method, {5, u"what went wrong", 1, u"here"});
+  if (type->name == "cInifile") {
+    call(*object, u"Path", CallKind::propertyPut, {kPath});
+    call(*object, u"section", CallKind::propertyPut, {u"Main"});
+    call(*object, u"key", CallKind::propertyPut, {u"key"});
+  }
+  return object;
+}
+
+Outcome outcomeOf(const Operation& operation, const Fault& fault = {},
+                  const Listener& listener = {}) {
+  const auto& [given, run] = operation.action;
+  const std::string member = operation.name.substr(0, operation.name.find_first_of("=,"));
+  const Text name = fromUtf8(member);
+  const bool isPut = operation.name.find('=') != std::string::npos;
+  const CallKind kind = isPut ? CallKind::propertyPut : CallKind::method;
+  const ObjectRef object = run != nullptr ? nullptr : objectFor(member);
+  std::vector<Variant> arguments = given;
+  Variant result;
+  Outcome outcome;
+  try {
+    const Disturbance disturbance(fault, listener);
+    result = run != nullptr ? run() : object->call(name, kind, arguments);
+  } catch (const RuntimeError& error) {
+    outcome.number = error.number();
+  } catch (const std::bad_alloc&) {
+    outcome.number = 7;
+  } catch (const std::exception&) {
+    outcome.number = -1;
+  }
+  outcome.seen = textOf(result);
+  if (const ObjectRef* info = std::get_if<ObjectRef>(&result)) {
+    outcome.number = toInt32(get(**info, u"numberInfo"));
+    const Text told = toText(get(**info, u"descriptionInfo"));
+    if (outcome.number > 0 && told != standardMessage(outcome.number)) outcome.seen = toUtf8(told);
+  }
+  for (std::size_t i = 0; i < given.size(); ++i) {
+    if (textOf(arguments[i]) == textOf(given[i])) continue;
+    outcome.kept = false;
+    outcome.seen += textOf(arguments[i]);
+  }
+  // An INI file's changes hand out nothing else.
+  if (object && classOf(*object)->name == "cInifile" && outcome.kept && result == Variant())
+    if (outcome.number == 0 && get(*object, u"Success") != Variant(true)) outcome.number = -1;
+  return outcome;
+}
+
+// What `body` tells in a process of its own, or how that ended if not well.
+std::string inChild(const std::function<std::string()>& body) {
+  static const int kShared = ::memfd_create("told", 0);
+  if (::ftruncate(kShared, 0) != 0) throw std::runtime_error("no memory to share");
+  const pid_t child = ::fork();
+  if (child == 0) {
+    ::alarm(10);
+    std::string told;
+    try {
+      told = body();
+    } catch (const std::exception& error) {
+      told = std::string("the trial itself failed: ") + error.what();
+    }
+    ::_exit(::pwrite(kShared, told.data(), told.size(), 0) < 0 ? 1 : 0);
+  }
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  if (WIFSIGNALED(status)) return std::string("ended by ") + ::strsignal(WTERMSIG(status));
+  return test::contentOf("/proc/self/fd/" + std::to_string(kShared));
 }
 
 // What an undisturbed run does.
 struct Reference {
-  Outcome outcome;
+  Files known(Files files) const {
+    std::erase_if(files, [this](const auto& file) { return !names.contains(file.first); });
+    return files;
+  }
+
+  std::string seen;
+  bool repeats = false;         // done once more, it tells the same and leaves the same files
+  std::vector<Files> moments;   // before, all between, and after
   std::set<std::string> names;  // of what is there before or after, the log apart
-  std::vector<Files> moments;   // before, after, and all between
   std::vector<Fault> faults;
 };
 
-Files known(const Reference& reference, Files files) {
-  std::erase_if(files, [&](const auto& file) { return !reference.names.contains(file.first); });
-  return files;
-}
-
-std::string describe(const Fault& fault) {
-  const char* how = fault.error == kPart ? "done in part" : ::strerrorname_np(fault.error);
-  return fault.name + " " + std::to_string(fault.turn) + ", " + how;
-}
-
-// Where a child leaves texts for its parent.
-int sharedFile() {
-  static const int kFile = ::memfd_create("faults", 0);
-  return kFile;
-}
-
-// Runs `body` in a process of its own: the texts that it gives, and how it ended if not well.
-template <class Body>
-std::vector<std::string> inChild(const Body& body) {
-  if (::ftruncate(sharedFile(), 0) != 0) throw std::runtime_error("no memory to share");
-  const pid_t child = ::fork();
-  if (child == 0) {
-    ::alarm(10);
-    std::ostringstream out;
-    try {
-      for (const std::string& text : body()) out << std::quoted(text) << '\n';
-    } catch (const std::exception& error) {
-      out << std::quoted(std::string("the trial itself failed: ") + error.what());
-    }
-    const std::string texts = out.str();
-    ::_exit(::pwrite(sharedFile(), texts.data(), texts.size(), 0) < 0 ? 1 : 0);
-  }
-  int status = 0;
-  ::waitpid(child, &status, 0);
-  if (WIFSIGNALED(status)) return {std::string("ended by ") + ::strsignal(WTERMSIG(status))};
-  std::istringstream in(test::contentOf("/proc/self/fd/" + std::to_string(sharedFile())));
-  std::vector<std::string> texts;
-  for (std::string text; in >> std::quoted(text);) texts.push_back(text);
-  return texts;
-}
-
-// Where a host keeps extended attributes in memory that is far faster than its disk.
-const fs::path& workFolder() {
-  static const fs::path kFolder = [] {
-    const TemporaryFolder probe(fs::exists("/dev/shm") ? "/dev/shm" : "/tmp");
-    const bool fit = ::setxattr(probe.put("a", "").c_str(), "user.a", "", 0, 0) == 0;
-    return fit ? probe.path().parent_path() : fs::temp_directory_path();
-  }();
-  return kFolder;
-}
-
-void enter(const Site& site, Way way) {
-  fs::current_path(site.file("home"));
-  for (const auto& [name, value] : std::initializer_list<std::pair<const char*, const char*>>{
-           {"VELTGENERAL_REGISTRY_DIR", "registry"},
-           {"VELTGENERAL_HOME", "home"},
-           {"XDG_STATE_HOME", "state"},
-           {"TMPDIR", "home"}})
-    ::setenv(name, site.file(value).c_str(), 1);
-  ::setenv("VELTGENERAL_PRINTER", ("pdf:" + site.file("report.pdf")).c_str(), 1);
-  ::setenv("VELTGENERAL_FORM", ("image:" + site.file("form.png")).c_str(), 1);
-  if ((way == Way::user || way == Way::guest) && ::geteuid() == 0)
-    if (::setgroups(0, nullptr) != 0 || ::setresgid(kNobody, kNobody, kNobody) != 0 ||
-        ::setresuid(kNobody, kNobody, kNobody) != 0)
-      throw std::runtime_error("cannot become a plain user");
-}
-
-Site prepared(const Operation& operation, const TemporaryFolder& folder) {
-  const Site site{.folder = folder.path()};
-  for (const char* name : {"registry", "home", "log"}) fs::create_directory(site.file(name));
-  site.put("registry/machine.reg",
-           "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Zoltra\\LogSystem]\n\"Path\"=\"" +
-               site.file("log") + "\"\n");
-  operation.prepare(site);
-  if (operation.way != Way::user && operation.way != Way::guest) return site;
-  fs::permissions(site.folder, fs::perms(0755));
-  if (operation.way == Way::guest || ::geteuid() != 0) return site;
-  std::vector<fs::path> all{site.folder};
-  for (const auto& entry : fs::recursive_directory_iterator(site.folder)) all.push_back(entry);
-  for (const fs::path& path : all)
-    if (::lchown(path.c_str(), kNobody, kNobody) != 0) throw std::runtime_error("lchown");
-  return site;
-}
-
-// Files changed within the clock's last tick are not yet trusted, which takes other calls.
-void letTheClockTick() { std::this_thread::sleep_for(std::chrono::milliseconds(12)); }
-
-// The child tells the outcome, and for every call its place, the number of files and the files:
-// none where they are those of the call before.
-std::vector<std::string> toldOf(const Operation& operation, Site site) {
-  std::vector<std::string> told(2);
+// An undisturbed run, as a text: what was seen, whether it repeats, and for every call its place in
+// the table and the files: how many, and each, or none where they are those of the call before.
+std::string toldOf(const Operation& operation, const TemporaryFolder& folder) {
+  std::ostringstream all;
   Files latest;
-  site.made = [&](const Call& call) {
-    const Call* place = &call;  // constant data, at the same place in every process
-    told.emplace_back(reinterpret_cast<const char*>(&place), sizeof place);
-    Files files = call.name == kAllocation ? latest : filesIn(site.folder);
-    told.push_back(std::to_string(files == latest ? 0 : files.size()));
+  enter(folder, operation);
+  const Outcome outcome = outcomeOf(operation, {}, [&](const Call& call) {
+    Files files = call.name == kAllocation ? latest : filesIn(folder);
+    all << ' ' << &call - calls().data() << ' ' << (files == latest ? 0 : files.size());
     if (files == latest) return;
-    for (const auto& [name, state] : files) told.insert(told.end(), {name, state});
+    for (const auto& [name, state] : files) all << std::quoted(name) << std::quoted(state);
     latest = std::move(files);
-  };
-  enter(site, operation.way);
-  const Outcome outcome = operation.run(site);
-  told[0] = std::to_string(outcome.number);
-  told[1] = outcome.seen;
-  return told;
+  });
+  if (outcome.number != 0) throw std::runtime_error("error " + std::to_string(outcome.number));
+  const Outcome again = outcomeOf(operation);
+  std::ostringstream told;
+  told << std::quoted(outcome.seen) << (again.seen == outcome.seen && filesIn(folder) == latest);
+  return told.str() + all.str();
 }
 
 Reference undisturbed(const Operation& operation) {
-  const TemporaryFolder folder(workFolder());
-  const Site site = prepared(operation, folder);
+  const auto folder = folderFor(operation);
   letTheClockTick();
   Reference reference;
-  reference.moments.push_back(filesIn(site.folder));
-  const auto told = inChild([&] { return toldOf(operation, site); });
-  if (told.size() < 3) throw std::runtime_error("undisturbed: " + told.at(0));
-  reference.outcome = {std::stoi(told[0]), told[1]};
-  reference.moments.push_back(filesIn(site.folder));
-  std::map<std::string, int> turns;
-  for (std::size_t i = 2; i < told.size();) {
-    const Call* call = nullptr;
-    std::memcpy(&call, told[i].data(), sizeof call);
-    const int turn = ++turns[call->name];
-    if (operation.way != Way::first || std::string_view(call->name) == "dlopen")
-      for (const int error : call->errors) reference.faults.push_back({call->name, turn, error});
-    const std::size_t end = i + 2 + 2 * std::stoul(told[i + 1]);
+  reference.moments.push_back(filesIn(*folder));
+  std::istringstream told(inChild([&] { return toldOf(operation, *folder); }));
+  if (!(told >> std::quoted(reference.seen) >> reference.repeats))
+    throw std::runtime_error(operation.name + ", undisturbed: " + told.str());
+  std::map<const Call*, int> turns;
+  for (std::size_t place = 0, count = 0; told >> place >> count;) {
+    const Call& made = calls()[place];
+    const int turn = ++turns[&made];
+    if (operation.process != Process::first || made.name == "dlopen")
+      for (const int error : made.errors) reference.faults.push_back({&made, turn, error});
     Files files;
-    for (i += 2; i < end; i += 2) files[told[i]] = told[i + 1];
-    if (!files.empty()) reference.moments.push_back(std::move(files));
+    for (std::string name, state; files.size() < count; files[name] = state)
+      told >> std::quoted(name) >> std::quoted(state);
+    if (count > 0) reference.moments.push_back(std::move(files));
   }
-  for (const std::size_t moment : {0, 1})
-    for (const auto& [name, state] : reference.moments[moment])
+  for (const Files& files : {reference.moments.front(), reference.moments.back()})
+    for (const auto& [name, state] : files)
       if (!isLog(name)) reference.names.insert(name);
-  for (Files& files : reference.moments) files = known(reference, std::move(files));
+  for (Files& files : reference.moments) files = reference.known(files);
   return reference;
 }
 
 // What is wrong with the files after a fault, or nothing.
-std::string wrongFiles(const Operation& operation, const Reference& reference, const Site& site,
+std::string wrongFiles(const Operation& operation, const Reference& reference, const Fault& fault,
                        const Files& files) {
-  if (also(operation, site)) return {};
   for (const auto& [name, state] : files) {
     if (isLog(name) && !hasWholeLines(state)) return name + " is torn: " + state;
-    if (!isLog(name) && !reference.names.contains(name) && !site.fault.name.starts_with("unlink"))
+    if (!isLog(name) && !reference.names.contains(name) && fault.call->name != "unlink")
       return name + " was left behind";
   }
-  const Files kept = known(reference, files);
-  const auto last = operation.changes == Operation::kUndone ? reference.moments.begin() + 2
-                                                            : reference.moments.end();
-  if (std::find(reference.moments.begin(), last, kept) != last) return {};
+  const auto& moments = reference.moments;
+  const Files known = reference.known(files);
+  if (known == moments.front() || known == moments.back()) return {};
+  if (operation.changes != kUndone && std::ranges::count(moments, known) > 0) return {};
   std::string why = "files are neither as before nor as after:";
-  for (const auto& [name, state] : kept)
-    if (reference.moments[1].count(name) == 0 || reference.moments[1].at(name) != state)
-      why.append(" ").append(name).append(" ").append(state.substr(0, 200));
+  for (const auto& [name, state] : known) why.append("\n").append(name).append(" ").append(state);
   return why;
 }
 
-std::size_t openDescriptors() {
-  return static_cast<std::size_t>(std::distance(fs::directory_iterator("/proc/self/fd"), {}));
-}
+auto openDescriptors() { return std::distance(fs::directory_iterator("/proc/self/fd"), {}); }
 
 // Nothing, or what is wrong. That no descriptor stays says that no lock does.
-std::string wrong(const Operation& operation, const Reference& reference, const Site& site) {
-  enter(site, operation.way);
-  const std::size_t open = openDescriptors();
-  const Outcome got = operation.run(site);
-  if (!site.came) return "did not come";
-  const Files files = filesIn(site.folder);
-  const Files& after = reference.moments[1];
-  const bool same = got.number == reference.outcome.number && got.seen == reference.outcome.seen;
-  const bool done = known(reference, files) == after || also(operation, site);
-  const bool memory = site.fault.error == ENOMEM && got.number == 7;
-  if (!(same && done) && !memory && !operation.documented(got, reference.outcome, site.fault.error))
-    return "result " + std::to_string(got.number) + " '" + got.seen + "'" +
-           (done ? "" : ", not done");
-  if (std::string why = wrongFiles(operation, reference, site, files); !why.empty()) return why;
+std::string wrong(const Operation& operation, const Reference& reference,
+                  const TemporaryFolder& folder, const Fault& fault) {
+  enter(folder, operation);
+  const auto open = openDescriptors();
+  const Outcome got = outcomeOf(operation, fault);
+  if (!faultCame()) return kDidNotCome;
+  const Files files = filesIn(folder);
+  const Files& after = reference.moments.back();
+  const auto whole = [&] { return operation.alsoWhole != nullptr && operation.alsoWhole(); };
+  const bool done = reference.known(files) == after || whole();
+  const bool unnoticed = done && got.number == 0 && got.seen == reference.seen;
+  const bool memory = fault.error == ENOMEM && got.number == 7;
+  const bool signal = fault.error == EINTR && operation.process != Process::warm;
+  if (!unnoticed && !memory && (signal || !operation.documented(got, reference.seen, fault.error)))
+    return "result " + std::to_string(got.number) + " '" + got.seen + (done ? "'" : "', not done");
+  const std::string why = wrongFiles(operation, reference, fault, files);
+  if (!why.empty() && !whole()) return why;
   if (openDescriptors() != open) return "a descriptor stays open";
-  const Outcome again = operation.run(Site{site.folder});
-  if (again.number != reference.outcome.number)
-    return "the next call fails: " + std::to_string(again.number);
-  if (!operation.repeats) return {};
-  if (again.seen != reference.outcome.seen) return "the next call tells '" + again.seen + "'";
-  return known(reference, filesIn(site.folder)) == after ? "" : "the next call leaves wrong files";
+  const Outcome again = outcomeOf(operation);
+  if (again.number != 0) return "the next call fails: " + std::to_string(again.number);
+  if (!reference.repeats) return {};
+  if (again.seen != reference.seen) return "the next call tells '" + again.seen + "'";
+  const bool redone = reference.known(filesIn(folder)) == after || whole();
+  return redone ? "" : "the next call leaves wrong files";
 }
 
-// Files that others see half written where they should not.
-void lookAtMoments(const Operation& operation, const Reference& reference, Findings& findings) {
-  if (operation.changes <= 0) return;
-  for (const std::string& name : reference.names) {
-    std::set<std::string> states;
-    for (const Files& files : reference.moments)
-      states.insert(files.contains(name) ? files.at(name) : "");
-    if (states.size() > static_cast<std::size_t>(operation.changes) + 1)
-      findings.complaints.push_back(name + " is seen half written");
-  }
+// Whether others see a file half written where they should not.
+bool isSeenHalfWritten(const Operation& operation, const Reference& reference,
+                       const std::string& name) {
+  std::set<std::string> states;
+  for (const Files& files : reference.moments)
+    states.insert(files.contains(name) ? files.at(name) : "");
+  return operation.changes > 0 && states.size() > static_cast<std::size_t>(operation.changes) + 1;
 }
 
 }  // namespace
 
-Outcome Site::tried(const std::function<void()>& body) const {
-  struct Under {
-    const Site& site;
-    ~Under() { site.came = end(); }
-  };
-  try {
-    const Under under{*this};
-    begin(fault, made);
-    body();
-    return {};
-  } catch (const RuntimeError& error) {
-    return {error.number()};
-  } catch (const std::bad_alloc&) {
-    return {7};
-  } catch (const std::exception&) {
-    return {-1};
-  }
-}
-
-Outcome Site::result(const std::function<ErrInfo()>& body) const {
-  ErrInfo result;
-  Outcome outcome = tried([&] { result = body(); });
-  if (!result.isSuccess()) outcome.number = result.numberInfo();
-  if (result.numberInfo() > 0 && result.descriptionInfo() != standardMessage(outcome.number))
-    outcome.seen = "not the description of its number: ";
-  return outcome;
-}
-
 Findings tryOut(const Operation& operation) {
-  if (operation.way == Way::warm) {
-    const std::string temporary = fs::temp_directory_path();
-    const TemporaryFolder folder(workFolder());
-    const Site site = prepared(operation, folder);
-    enter(site, operation.way);
-    operation.run(site);
-    fs::current_path("/");
-    ::setenv("TMPDIR", temporary.c_str(), 1);
+  if (operation.process == Process::warm) {
+    const auto folder = folderFor(operation);
+    enter(*folder, operation);
+    outcomeOf(operation);
   }
   const Reference reference = undisturbed(operation);
   Findings findings;
-  lookAtMoments(operation, reference, findings);
-  std::set<std::pair<std::string, int>> calls;
-  std::vector<Fault> waiting = reference.faults;
-  for (int round = 0; round < 5 && !waiting.empty(); ++round) {
-    const std::vector<Fault> faults = std::exchange(waiting, {});
-    constexpr std::size_t kAtOnce = 64;
-    for (std::size_t first = 0; first < faults.size(); first += kAtOnce) {
-      const std::size_t count = std::min(kAtOnce, faults.size() - first);
-      std::list<TemporaryFolder> folders;
-      while (folders.size() < count) folders.emplace_back(workFolder());
-      std::vector<Site> sites;
-      for (const TemporaryFolder& folder : folders) sites.push_back(prepared(operation, folder));
-      letTheClockTick();
-      for (std::size_t i = 0; i < count; ++i) {
-        const Fault& fault = sites[i].fault = faults[first + i];
-        const auto said =
-            inChild([&] { return std::vector{wrong(operation, reference, sites[i])}; });
-        // How many calls there are may hang on the clock.
-        if (said.at(0) == "did not come") {
-          waiting.push_back(fault);
-          continue;
-        }
-        ++findings.trials;
-        calls.emplace(fault.name, fault.turn);
-        if (!said[0].empty()) findings.complaints.push_back(describe(fault) + ": " + said[0]);
-      }
+  for (const std::string& name : reference.names)
+    if (isSeenHalfWritten(operation, reference, name))
+      findings.complaints.push_back(name + " is seen half written");
+  std::vector<std::unique_ptr<TemporaryFolder>> folders;
+  while (folders.size() < reference.faults.size()) folders.push_back(folderFor(operation));
+  letTheClockTick();
+  for (std::size_t i = 0; i < folders.size(); ++i) {
+    const auto& [call, turn, error] = reference.faults[i];
+    const std::string said =
+        inChild([&] { return wrong(operation, reference, *folders[i], reference.faults[i]); });
+    if (said == kDidNotCome) {
+      ++findings.missing;
+      continue;
     }
+    ++findings.trials;
+    if (error == call->errors.front())
+      ++(call->name == kAllocation ? findings.allocations : findings.calls);
+    if (said.empty()) continue;
+    const char* how = error == kPart ? "done in part" : ::strerrorname_np(error);
+    findings.complaints.push_back(
+        (std::ostringstream() << call->name << ' ' << turn << ", " << how << ": " << said).str());
   }
-  for (const Fault& fault : waiting)  // how often a socket is waited for, nobody knows
-    if (fault.name != "poll" && fault.name != "recv")
-      findings.complaints.push_back(describe(fault) + " never came again");
-  const auto allocates = [](const auto& call) { return call.first == kAllocation; };
-  findings.allocations = static_cast<int>(std::ranges::count_if(calls, allocates));
-  findings.calls = static_cast<int>(calls.size()) - findings.allocations;
   return findings;
 }
 

@@ -30,10 +30,8 @@ TEST(Calendar, AgreesWithTheCLibraryBothWays) {
 }
 
 TEST(Calendar, FieldsCarry) {
-  const struct {
-    std::int16_t year, month, day;
-    const char* days;
-  } dates[] = {
+  using Field = std::int16_t;
+  static constexpr std::tuple<Field, Field, Field, const char*> kDates[] = {
       {1899, 12, 30, "0"},       {2024, 2, 29, "45351"},  {2023, 2, 29, "44986"},  // 1 March
       {2024, 13, 1, "45658"},    {2024, -11, 0, "44926"},  // 31 December 2022
       {2024, 1, -30, "45261"},   {0, 1, 1, "36526"},      {29, 1, 1, "47119"},
@@ -41,18 +39,15 @@ TEST(Calendar, FieldsCarry) {
       {9999, 12, 31, "2958465"}, {100, 1, 0, "error 5"},  {9999, 12, 32, "error 5"},
       {10000, 0, 1, "error 5"},  {-1, 1, 1, "error 5"},   {9999, 32767, 32767, "error 5"},
   };
-  for (const auto& [year, month, day, days] : dates) {
+  for (const auto& [year, month, day, days] : kDates) {
     EXPECT_EQ(answerOf([&] { return dateSerial(year, month, day).days; }), days);
   }
-  const struct {
-    std::int16_t hour, minute, second;
-    double days;
-  } times[] = {
+  static constexpr std::tuple<Field, Field, Field, double> kTimes[] = {
       {12, 0, 0, .5},    {24, 0, 0, 1},
       {36, 0, 0, 1.5},   {12, -15, 0, 42300 / 86400.0},
       {-12, 0, 0, -1.5}, {0, 0, -1, -1 - 86399 / 86400.0},
   };
-  for (const auto& [hour, minute, second, days] : times) {
+  for (const auto& [hour, minute, second, days] : kTimes) {
     EXPECT_EQ(timeSerial(hour, minute, second).days, days) << hour << ' ' << minute;
   }
 }
@@ -76,9 +71,7 @@ TEST(Calendar, SecondsAreTheNearest) {
 }
 
 TEST(Calendar, PatternsOfTheLibrary) {
-  const struct {
-    TextView pattern, us, italian;
-  } cases[] = {
+  static constexpr TextView kCases[][3] = {
       {u"YYYYMMDD", u"20240103", u"20240103"},
       {u"dd/mm/yyyy  hh:nn", u"03/01/2024  09:05", u"03/01/2024  09:05"},
       {u"d/m/yy h:mm", u"3/1/24 9:05", u"3/1/24 9:05"},
@@ -93,8 +86,8 @@ TEST(Calendar, PatternsOfTheLibrary) {
   const Date date = dateOf(45294, 9 * 3600 + 5 * 60 + 7);  // Wednesday, 3 January 2024
   for (const char* name : {"en_US", "it_IT"}) {
     const ScopedLocale locale(name);
-    for (const auto& c : cases) {
-      EXPECT_EQ(formatDate(date, c.pattern), *name == 'e' ? c.us : c.italian) << name;
+    for (const auto& [pattern, us, italian] : kCases) {
+      EXPECT_EQ(formatDate(date, pattern), *name == 'e' ? us : italian) << name;
     }
   }
 }

@@ -111,10 +111,7 @@ TEST(Coerce, EveryKindAsEveryOther) {
 
 TEST(Coerce, SinglesAndDatesHaveRanges) {
   const ScopedLocale us("en_US");
-  const struct {
-    Variant value;
-    std::string_view single, date;
-  } cases[] = {
+  const std::tuple<Variant, const char*, const char*> cases[] = {
       {1e39, "!6", "!6"},
       {3.4028235677973366e38, "!6", "!6"},
       {3.4028235e38, "3.402823E+38", "!6"},
@@ -129,9 +126,9 @@ TEST(Coerce, SinglesAndDatesHaveRanges) {
       {Text(u"36526"), "36526", "!13"},
       {Text(u"1/1/2000"), "!13", "1/1/2000"},
   };
-  for (const auto& c : cases) {
-    EXPECT_EQ(answer([&] { return toSingle(c.value); }), c.single);
-    EXPECT_EQ(answer([&] { return toDate(c.value); }), c.date) << c.single;
+  for (const auto& [value, single, date] : cases) {
+    EXPECT_EQ(answer([&] { return toSingle(value); }), single);
+    EXPECT_EQ(answer([&] { return toDate(value); }), date) << single;
   }
 }
 

@@ -67,26 +67,24 @@ TEST(Locale, AScopeEndsAndStaysOnItsThread) {
 // What the environment chooses is chosen once a process, so each row is a process of its own.
 TEST(LocaleDeathTest, TheEnvironmentChooses) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
-  const struct {
-    const char* set;  // variable=value, apart by blanks
-    TextView name;
-  } cases[] = {
+  // What is set, apart by blanks, and the locale's name.
+  static constexpr std::pair<const char*, TextView> kCases[] = {
       {"VELTGENERAL_LOCALE=it_IT LC_ALL=en_US LANG=en_US", u"it_IT"},
-      {"VELTGENERAL_LOCALE= LC_ALL=it_IT.UTF-8 LANG=en_US", u"it_IT"},
+      {"VELTGENERAL_LOCALE= LC_ALL=it_IT.UTF-8 LC_NUMERIC=en_US LC_TIME=en_US", u"it_IT"},
       {"LC_ALL= LC_NUMERIC=it_IT LC_TIME=en_US LANG=en_US", u"it_IT/en_US"},
       {"LANG=it_IT", u"it_IT"},
       {"", u"en_US"},
   };
-  for (const auto& c : cases) {
-    const auto choose = [&] {
+  for (const auto& c : kCases) {
+    const auto choose = [&c] {
       for (const char* name : {"VELTGENERAL_LOCALE", "LC_ALL", "LC_NUMERIC", "LC_TIME", "LANG"}) {
         ::unsetenv(name);
       }
-      std::istringstream all(c.set);
+      std::istringstream all(c.first);
       for (std::string one; all >> one;) ::putenv(::strdup(one.c_str()));
-      std::exit(userLocale().name == c.name ? 0 : 1);
+      std::exit(userLocale().name == c.second ? 0 : 1);
     };
-    EXPECT_EXIT(choose(), testing::ExitedWithCode(0), "") << c.set;
+    EXPECT_EXIT(choose(), testing::ExitedWithCode(0), "") << c.first;
   }
 }
 

@@ -2,15 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace veltgeneral {
 namespace {
 
 TEST(Text, CrossesTheRimBothWays) {
-  const struct {
-    std::string_view utf8;
-    TextView text;
-    std::string_view back;  // differs from `utf8` only where that was malformed
-  } cases[] = {
+  // The way back differs only from what was malformed.
+  const std::tuple<std::string_view, TextView, std::string_view> cases[] = {
       {"", u"", ""},
       {std::string_view("a\0b", 3), TextView(u"a\0b", 3), std::string_view("a\0b", 3)},
       {"\xC3\xA8\xE2\x82\xAC", u"è€", "\xC3\xA8\xE2\x82\xAC"},
@@ -24,10 +23,9 @@ TEST(Text, CrossesTheRimBothWays) {
       {"\xE2\x82", u"\uFFFD", "\uFFFD"},
       {"\xE2\x82z", u"\uFFFDz", "\uFFFDz"},
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.utf8);
-    EXPECT_EQ(fromUtf8(c.utf8), c.text);
-    EXPECT_EQ(toUtf8(c.text), c.back);
+  for (const auto& [utf8, text, back] : cases) {
+    EXPECT_EQ(fromUtf8(utf8), text) << utf8;
+    EXPECT_EQ(toUtf8(text), back) << utf8;
   }
   // Surrogates without their other half.
   EXPECT_EQ(toUtf8(Text{0xD83D, u'a', 0xDE00, 0xD83D}), "\uFFFDa\uFFFD\uFFFD");

@@ -89,10 +89,7 @@ TEST(FixedWidthText, TextsForNoDateAndLeapYears) {
 }
 
 TEST(DayOfTheWeek, FollowsTheLocalesNames) {
-  const struct {
-    int number;
-    std::vector<TextView> texts;
-  } cases[] = {
+  const std::pair<int, std::vector<TextView>> cases[] = {
       {1, {u"20240107", u"20240107rest", u"2024 1+7", u"2024010"}},  // its day 0 is 31 December
       {4, {u"20241301", u"00300101"}},
       {7, {u"20240113", u"00000101", u"2e3  1 1"}},
@@ -104,9 +101,9 @@ TEST(DayOfTheWeek, FollowsTheLocalesNames) {
     // French names its days with a point, so the table of abbreviations has none of them.
     const int known = *name == 'f' ? 0 : 1;
     const Funzioni f;
-    for (const auto& c : cases) {
-      for (const TextView text : c.texts) {
-        EXPECT_EQ(f.getDayNumberFromYYYYMMDD(text), c.number * known) << name << toUtf8(text);
+    for (const auto& [number, texts] : cases) {
+      for (const TextView text : texts) {
+        EXPECT_EQ(f.getDayNumberFromYYYYMMDD(text), number * known) << name << toUtf8(text);
       }
     }
     for (std::int32_t day = -800'000; day < 3'000'000; day += 1009) {

@@ -103,10 +103,7 @@ TEST(Normalise, VariantsKeepTheAbsenceOfAValue) {
   const Funzioni f;
   const Text tooLong(32768, u'x');
   const auto done = test::ofModule(0, "", "normStringOnlyApice");
-  const struct {
-    Variant value, out;
-    decltype(test::fresh()) result;
-  } cases[] = {
+  const std::tuple<Variant, Variant, decltype(test::fresh())> cases[] = {
       {Empty{}, Null{}, test::fresh()},
       {Null{}, Null{}, test::fresh()},
       {Text(u"l'uno "), Text(u"l''uno"), done},
@@ -115,10 +112,10 @@ TEST(Normalise, VariantsKeepTheAbsenceOfAValue) {
       {Bytes{1}, true, test::ofModule(13, "Type mismatch", "normStringOnlyApiceWithNull")},
       {tooLong, true, test::ofModule(6, "Overflow", "normStringOnlyApice")},
   };
-  for (const auto& c : cases) {
+  for (const auto& [value, expected, result] : cases) {
     Variant out = true;
-    EXPECT_EQ(test::fields(f.normStringOnlyApiceWithNull(c.value, out)), c.result);
-    EXPECT_EQ(out, c.out);
+    EXPECT_EQ(test::fields(f.normStringOnlyApiceWithNull(value, out)), result);
+    EXPECT_EQ(out, expected);
   }
   EXPECT_EQ(host.logged(), 2);
 }

@@ -9,41 +9,22 @@ namespace veltgeneral::platform {
 namespace {
 
 using test::latin1;
+using test::withLineEnds;
 
 std::string wide(std::string_view latin) {
   return std::string(kUtf16Mark) + utf16OfInner(innerOfPage(latin, latin1()));
 }
 
-// A part of the text that the rules of reading are told by.
-constexpr std::string_view kSample =
-    "unreachable=1\r\n"
-    "  [ Main ]  trailing\r"
-    "; comment=1\n"
-    " Key = value ; kept \r\n"
-    "key=second\n"
-    "no equals here\n"
-    "quoted=\" blanks \"\n"
-    "single='x'\n"
-    "uneven=\"x'\n"
-    "lone=\"\n"
-    "empty=\n"
-    "=nameless\n"
-    "a=b=c\r"
-    "#hash=1\n"
-    "[open=bracket\n"
-    "\xE8=umlaut\n"
-    "[other]\n"
-    "[MAIN]\n"
-    "late=1\n"
-    "[x]y]\n"
-    "k=1";
-
 TEST(ProfileFile, Reads) {
-  struct Case {
+  // "|" ends a line.
+  constexpr std::string_view kSample =
+      "unreachable=1|  [ Main ]  trailing|; comment=1| Key = value ; kept |key=second|"
+      "no equals here|quoted=\" blanks \"|single='x'|uneven=\"x'|lone=\"|empty=|=nameless|a=b=c|"
+      "#hash=1|[open=bracket|\xE8=umlaut|[other]|[MAIN]|late=1|[x]y]|k=1";
+  const struct {
     TextView section, key;
     std::optional<Text> value;
-  };
-  const Case cases[] = {
+  } kCases[] = {
       {u"main", u"KEY", u"value ; kept"},
       {u" main ", u" key ", u"value ; kept"},
       {u"main", u"quoted", u" blanks "},
@@ -64,75 +45,71 @@ TEST(ProfileFile, Reads) {
       {u"", u"unreachable", std::nullopt},
       {u"nowhere", u"k", std::nullopt},
   };
-  for (const std::string& bytes : {std::string(kSample), wide(kSample)}) {
-    ProfileFile file(bytes, latin1());
-    for (const Case& c : cases) {
-      SCOPED_TRACE(toUtf8(c.section) + "/" + toUtf8(c.key));
-      EXPECT_EQ(file.value(c.section, c.key), c.value);
+  for (const char* lineEnd : {"\n", "\r\n", "\r"}) {
+    const std::string narrow = withLineEnds(kSample, lineEnd);
+    for (const std::string& bytes : {narrow, wide(narrow)}) {
+      ProfileFile file(bytes, latin1());
+      for (const auto& [section, key, value] : kCases) {
+        EXPECT_EQ(file.value(section, key), value) << toUtf8(section) << "/" << toUtf8(key);
+      }
+      EXPECT_EQ(file.sectionNames(), Text(u"Main\0other\0MAIN\0x]y\0", 20));
+      EXPECT_EQ(file.keyNames(u"x]y"), Text(u"k\0", 2));
+      EXPECT_EQ(file.keyNames(u"OTHER"), Text());
     }
-    EXPECT_EQ(file.sectionNames(), Text(u"Main\0other\0MAIN\0x]y\0", 20));
-    EXPECT_EQ(file.keyNames(u"x]y"), Text(u"k\0", 2));
-    EXPECT_EQ(file.keyNames(u"OTHER"), Text());
   }
 }
 
 TEST(ProfileFile, EditsTouchTheLinesTheyMust) {
-  struct Case {
+  const struct {
     std::string_view before;
     Text section;
     std::optional<Text> key, text;
-    std::optional<std::string_view> after;
-  };
-  const Case cases[] = {
-      {"", u"s", u"k", u"v", "[s]\r\nk=v\r\n"},
-      {"[s]\nk = old \nk=2\n", u"S", u"K", u"new", "[s]\nk = new\nk=2\n"},
-      {"[s]\rk=\r\r", u"s", u"k", u"v", "[s]\rk=v\r\r"},
-      {"[s]\nk=v\n", u"s", u"k", u"v", std::nullopt},
+    std::string_view after;
+  } kCases[] = {
+      {"[s]|k = old |k=2|", u"S", u"K", u"new", "[s]|k = new|k=2|"},
+      {"[s]|k=v|", u"s", u"k", u"v", "[s]|k=v|"},
+      {"[s]|k=||", u"s", u"k", u"v", "[s]|k=v||"},
       // Blanks before the old value stay, unless the new one has its own: they would add up.
-      {"[s]\nk=  v\n", u"s", u"k", u"  v", std::nullopt},
-      {"[s]\nk=  v\n", u"s", u"k", u" w ", "[s]\nk= w \n"},
+      {"[s]|k=  v|", u"s", u"k", u"  v", "[s]|k=  v|"},
+      {"[s]|k=  v|", u"s", u"k", u" w ", "[s]|k= w |"},
       // Behind the last key, before blank lines and comments.
-      {"[s]\na=1\n; c\nb=2\n\n; t\n[t]\n", u"s", u"k", u"v",
-       "[s]\na=1\n; c\nb=2\nk=v\n\n; t\n[t]\n"},
-      {"[s]\n\n[t]\n", u"s", u"k", u"v", "[s]\nk=v\n\n[t]\n"},
+      {"[s]|a=1|; c|b=2||; t|[t]|", u"s", u"k", u"v", "[s]|a=1|; c|b=2|k=v||; t|[t]|"},
+      {"[s]||[t]|", u"s", u"k", u"v", "[s]|k=v||[t]|"},
       // A missing last line end is supplied, in the style around it.
-      {"[s]\na=1", u"s", u"k", u"v", "[s]\na=1\nk=v\n"},
-      {"[s]\r\na=1", u"t", u"k", u"v", "[s]\r\na=1\r\n[t]\r\nk=v\r\n"},
-      {"[s]", u"s", u"k", u"v", "[s]\r\nk=v\r\n"},
-      {"[s]\na=1\nb=2", u"s", u"A", std::nullopt, "[s]\nb=2"},
-      {"[s]\na=1\na=2\n", u"s", u"a", std::nullopt, "[s]\na=2\n"},
-      {"[s]\na=1\n", u"s", u"b", std::nullopt, std::nullopt},
-      {"[s]\na=1\n", u"t", std::nullopt, std::nullopt, std::nullopt},
+      {"[s]|a=1", u"s", u"k", u"v", "[s]|a=1|k=v|"},
+      {"[s]|a=1", u"t", u"k", u"v", "[s]|a=1|[t]|k=v|"},
+      {"[s]|a=1|b=2", u"s", u"A", std::nullopt, "[s]|b=2"},
+      {"[s]|a=1|a=2|", u"s", u"a", std::nullopt, "[s]|a=2|"},
+      {"[s]|a=1|", u"s", u"b", std::nullopt, "[s]|a=1|"},
+      {"[s]|a=1|", u"t", std::nullopt, std::nullopt, "[s]|a=1|"},
       // The whole first section, text or not, without the comment that leads the next one.
-      {"; h\n[s]\na=1\n; in\nb=2\n\n; t\n[t]\n[S]\n", u"s", std::nullopt, u"ignored",
-       "; h\n; t\n[t]\n[S]\n"},
+      {"; h|[s]|a=1|; in|b=2||; t|[t]|[S]|", u"s", std::nullopt, u"x", "; h|; t|[t]|[S]|"},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.before);
-    const Text* key = c.key ? &*c.key : nullptr;
-    const Text* text = c.text ? &*c.text : nullptr;
-    const auto after = editProfile(c.before, c.section, key, text, false, latin1());
-    EXPECT_EQ(after, c.after ? std::optional<std::string>(*c.after) : std::nullopt);
-    const auto wideAfter = editProfile(wide(c.before), c.section, key, text, false, latin1());
-    EXPECT_EQ(wideAfter, c.after ? std::optional(wide(*c.after)) : std::nullopt);
+  const auto edit = [](const std::string& bytes, const auto& c) {
+    const auto pointerTo = [](const auto& text) { return text ? &*text : nullptr; };
+    return editProfile(bytes, c.section, pointerTo(c.key), pointerTo(c.text), false, latin1());
+  };
+  for (const auto& c : kCases) {
+    for (const char* lineEnd : {"\n", "\r\n", "\r"}) {
+      const std::string before = withLineEnds(c.before, lineEnd);
+      const std::string after = withLineEnds(c.after, lineEnd);
+      EXPECT_EQ(edit(before, c).value_or("as it is"), before == after ? "as it is" : after);
+      EXPECT_EQ(edit(wide(before), c).value_or(wide(before)), wide(after));
+    }
   }
 }
 
 TEST(ProfileFile, UnitsOfEveryKindSurviveAnEdit) {
-  const Text key = u"k";
-  const Text text = u"\U0001F600 \xDC00";
+  const Text key = u"k", text = u"\U0001F600 \xDC00", page = u"\u20AC\xE8";
   // A lone surrogate, a NUL and half a unit at the end.
   const std::string before = std::string("\xFF\xFE[\0s\0]\0\n\0\x00\xD8=\0\0\0x", 17);
-  const auto after = editProfile(before, u"s", &key, &text, false, latin1());
-  ASSERT_TRUE(after);
-  EXPECT_TRUE(after->starts_with(before.substr(0, 16)));
-  EXPECT_EQ(after->back(), 'x');
-  EXPECT_EQ(ProfileFile(*after, latin1()).value(u"s", u"k"), text);
-  const Text page = u"\u20AC\xE8";
-  EXPECT_EQ(*editProfile("", u"s", &key, &page, false, latin1()), "[s]\r\nk=?\xE8\r\n");
-  EXPECT_EQ(
-      ProfileFile(*editProfile("", u"s", &key, &page, true, latin1()), latin1()).value(u"s", u"k"),
-      page);
+  const std::string after = editProfile(before, u"s", &key, &text, false, latin1()).value_or("");
+  EXPECT_TRUE(after.starts_with(before.substr(0, 16)) && after.ends_with('x'));
+  EXPECT_EQ(ProfileFile(after, latin1()).value(u"s", u"k"), text);
+  for (const char* bytes : {"", "[s]"})
+    EXPECT_EQ(editProfile(bytes, u"s", &key, &page, false, latin1()), "[s]\r\nk=?\xE8\r\n");
+  const std::string made = editProfile("", u"s", &key, &page, true, latin1()).value_or("");
+  EXPECT_EQ(ProfileFile(made, latin1()).value(u"s", u"k"), page);
 }
 
 }  // namespace

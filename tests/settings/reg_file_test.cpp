@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "support.h"
 
 namespace veltgeneral::platform {
@@ -9,28 +11,26 @@ namespace {
 
 using test::latin1;
 
-constexpr std::string_view kSample =
-    "Windows Registry Editor Version 5.00\r\n"
-    "\r\n"
-    "; whose this is\r\n"
-    "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Acme]\r\n"
-    "\"Text\"=\"C:\\\\logs \\\"x\\\"\"\r\n"
-    "  \"Number\" = dword:fa0\n"
-    "@=\"default\"\r\n"
-    "\"Expand\"=hex(2):25,00,41,00,\\\r\n"
-    "  ; between the pieces\r\n"
-    "\r\n"
-    "  25,00,00,00\r\n"
-    "\"List\"=hex(7):61,00,00,00,62,00,00,00,00,00\r\n"
-    "\"Raw\"=hex:01,2,ff\r\n"
-    "\"Odd\"=hex(1A): 7 ; note\r\n"
-    "\"Half\"=hex(7):61,00\r\n"
-    "\"Not\"=\"x\" y\r\n"
-    "\"text\"=\"the last wins\"\r\n"
-    "what is this\r\n"
-    "\r\n"
-    "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Acme\\[x] y]\r\n"
-    "\"\xC3\xA9t\xC3\xA9\"=\"\xE2\x82\xAC\"\r\n";
+constexpr std::string_view kSample = R"(Windows Registry Editor Version 5.00
+; whose this is
+[HKEY_LOCAL_MACHINE\SOFTWARE\Acme]
+"Text"="C:\\logs \"x\""
+  "Number" = dword:fa0
+@="default"
+"Expand"=hex(2):25,00,41,00,\
+  ; between the pieces
+
+  25,00,00,00
+"List"=hex(7):61,00,00,00,62,00,00,00,00,00
+"Raw"=hex:01,2,ff
+"Odd"=hex(1A): 7 ; note
+"Half"=hex(7):61,00
+"Not"="x" y
+"text"="the last \"wins\""
+what is this
+[HKEY_LOCAL_MACHINE\SOFTWARE\Acme\[x] y]
+"été"="€"
+)";
 
 std::optional<RegistryValue> ask(const RegistryFile& file, TextView key, TextView name) {
   const std::uint32_t node = file.find(key);
@@ -38,15 +38,10 @@ std::optional<RegistryValue> ask(const RegistryFile& file, TextView key, TextVie
 }
 
 TEST(RegFile, ReadsEveryKindOfValueWithoutRegardToCase) {
-  const RegistryFile file(kSample, latin1());
   constexpr TextView kKey = u"hkey_local_machine\\Software\\ACME";
   using Bytes = std::vector<std::uint8_t>;
-  struct Case {
-    TextView name;
-    RegistryValue value;
-  };
-  const Case cases[] = {
-      {u"TEXT", {RegistryType::text, u"the last wins"}},
+  const std::pair<TextView, RegistryValue> cases[] = {
+      {u"TEXT", {RegistryType::text, u"the last \"wins\""}},
       {u"number", {RegistryType::number, {}, Bytes{0xA0, 0x0F, 0, 0}}},
       {u"", {RegistryType::text, u"default"}},
       {u"expand", {RegistryType::expandableText, u"%A%"}},
@@ -55,23 +50,25 @@ TEST(RegFile, ReadsEveryKindOfValueWithoutRegardToCase) {
       {u"odd", {static_cast<RegistryType>(0x1A), {}, Bytes{7}}},
       {u"half", {RegistryType::texts, Text(u"a\0", 2)}},  // the NULs at the end are supplied
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(toUtf8(c.name));
-    EXPECT_EQ(ask(file, kKey, c.name), c.value);
+  for (const char* lineEnd : {"\n", "\r\n"}) {
+    const RegistryFile file(test::withLineEnds(kSample, lineEnd), latin1());
+    for (const auto& [name, value] : cases) {
+      EXPECT_EQ(ask(file, kKey, name), value) << toUtf8(name);
+    }
+    EXPECT_EQ(ask(file, u"HKEY_LOCAL_MACHINE\\\\SOFTWARE\\Acme\\[X] y\\", u"ÉTÉ"),
+              RegistryValue{.text = u"€"});
+    EXPECT_EQ(file.subKeyNames(file.find(kKey)), std::vector<Text>{u"[x] y"});
+    EXPECT_EQ(ask(file, kKey, u"not"), std::nullopt);
+    EXPECT_EQ(file.valueNames(file.find(kKey)).size(), std::size(cases));
+    EXPECT_EQ(file.find(u"HKEY_LOCAL_MACHINE\\SOFT"), RegistryFile::kNone);
   }
-  EXPECT_EQ(ask(file, u"HKEY_LOCAL_MACHINE\\\\SOFTWARE\\Acme\\[X] y\\", u"ÉTÉ"),
-            RegistryValue{.text = u"€"});
-  EXPECT_EQ(file.subKeyNames(file.find(kKey)), std::vector<Text>{u"[x] y"});
-  EXPECT_EQ(ask(file, kKey, u"not"), std::nullopt);
-  EXPECT_EQ(file.valueNames(file.find(kKey)).size(), std::size(cases));
-  EXPECT_EQ(file.find(u"HKEY_LOCAL_MACHINE\\SOFT"), RegistryFile::kNone);
 }
 
 TEST(RegFile, DeletionsUndoWhatStandsAboveThem) {
   const RegistryFile file(
-      "REGEDIT4\n[HKEY_USERS\\a\\b]\n\"v\"=\"1\"\n\"w\"=\"1\"\n[-HKEY_USERS\\A]\n"
-      "[HKEY_USERS\\a]\n\"v\"=hex(2):e8,00\n\"x\"=\"1\"\n\"X\"=-\n[-HKEY_USERS]\n[broken\n\"y\"="
-      "\"1\"",
+      test::withLineEnds(R"(REGEDIT4|[HKEY_USERS\a\b]|"v"="1"|"w"="1"|[-HKEY_USERS\A]|)"
+                         R"([HKEY_USERS\a]|"v"=hex(2):e8,00|"x"="1"|"X"=-|[-HKEY_USERS]|)"
+                         R"([broken|"y"="1")"),
       latin1());
   EXPECT_EQ(file.find(u"HKEY_USERS\\a\\b"), RegistryFile::kNone);
   EXPECT_EQ(ask(file, u"HKEY_USERS\\a", u"v"),
@@ -79,69 +76,67 @@ TEST(RegFile, DeletionsUndoWhatStandsAboveThem) {
   EXPECT_EQ(file.valueNames(file.find(u"HKEY_USERS\\a")), std::vector<Text>{u"v"});
 }
 
-using Changes = std::vector<RegChange>;
-
 RegChange change(RegChange::Kind kind, std::string key, std::string name = {},
                  RegistryValue value = {}) {
   return {kind, std::move(key), std::move(name), std::move(value)};
 }
 
-// A text, where nothing else is said.
-RegChange set(std::string key, std::string name, Text text) {
-  return change(RegChange::Kind::setValue, key, name, {.text = std::move(text)});
+RegChange set(std::string name, Text text, std::string key = R"(R\k)") {
+  return change(RegChange::Kind::setValue, std::move(key), std::move(name),
+                {.text = std::move(text)});
 }
 
 TEST(RegEdit, TouchesTheLinesItMust) {
-  constexpr auto kRemoveKey = RegChange::Kind::removeKey;
-  const Changes setA{set("R\\k", "a", u"2")};
-  struct Case {
-    std::string before;
-    Changes changes;
-    std::string after;
-  };
-  const Case cases[] = {
-      {"",
-       {set("R\\k", "v", u"a\\b\"\n")},
-       "Windows Registry Editor Version 5.00\r\n\r\n[R\\k]\r\n\"v\"=\"a\\\\b\\\"\\n\"\r\n\r\n"},
-      {"REGEDIT4\n\n[R\\K]\n\"a\"=\"1\" ; note\n; c\n\n[R\\z]\n",
-       {set("R\\k", "b", u"2")},
-       "REGEDIT4\n\n[R\\K]\n\"a\"=\"1\" ; note\n\"b\"=\"2\"\n; c\n\n[R\\z]\n"},
+  using enum RegChange::Kind;
+  const struct {
+    std::string_view before;  // "|" ends a line
+    std::vector<RegChange> changes;
+    std::string_view after;
+  } kCases[] = {
+      {R"(REGEDIT4||[R\K]|"a"="1" ; note|; c||[R\z]|)",
+       {set("b", u"2")},
+       R"(REGEDIT4||[R\K]|"a"="1" ; note|"b"="2"|; c||[R\z]|)"},
       // The comment behind a value stays.
-      {"[R\\k]\n\"a\"=\"\\\"1;\" ; it's \"a\"\n\"b\"=hex:01,\\\n  ;c\n  02\t;d\n\"c\"=dword:1;e",
-       {set("R\\k", "a", u"2"), set("R\\k", "b", u"3"),
-        change(RegChange::Kind::setValue, "R\\k", "c", {RegistryType::binary, {}, {4}})},
-       "[R\\k]\n\"a\"=\"2\" ; it's \"a\"\n\"b\"=\"3\"\t;d\n\"c\"=hex:04;e\n"},
+      {R"([R\k]|"a"="\"1;" ; it's "a"|"b"=hex:01,\|  ;c|  02  ;d|"c"=dword:1;e)",
+       {set("a", u"2"), set("b", u"3"),
+        change(setValue, R"(R\k)", "c", {RegistryType::binary, {}, {4}})},
+       R"([R\k]|"a"="2" ; it's "a"|"b"="3"  ;d|"c"=hex:04;e|)"},
       // The last of equal values is the one in force; the earlier ones go.
-      {"[R\\k]\n\"a\"=\"1\"\n\"A\"=\"2\"\n\n[r\\K]\n\"a\"=\"3\"", setA,
-       "[R\\k]\n\n[r\\K]\n\"a\"=\"2\"\n"},
-      {"[R\\k]\n\"a\"=hex:01,\\\n  02\n\"b\"=\"2\"\n",
-       {change(RegChange::Kind::removeValue, "R\\k", "A")},
-       "[R\\k]\n\"b\"=\"2\"\n"},
+      {R"([R\k]|"a"="1"|"A"="2"||[r\K]|"a"="3")", {set("a", u"2")}, R"([R\k]||[r\K]|"a"="2"|)"},
+      {R"([R\k]|"a"=hex:01,\|  02|"b"="2"|)",
+       {change(removeValue, R"(R\k)", "A")},
+       R"([R\k]|"b"="2"|)"},
       // With sub-keys, without the comment that leads the next key.
-      {"[R\\k]\n\"a\"=\"1\"\n\n; z\n[R\\z]\n[R\\k\\x]\n[R\\kk]\n",
-       {change(kRemoveKey, "R\\K")},
-       "; z\n[R\\z]\n[R\\kk]\n"},
-      {"[R\\k]\n\"a\"=\"1\"\n[R\\k\\x]\n",
-       {set("R\\k\\x", "q", u"lost"), change(kRemoveKey, "R\\k"), set("R\\k", "b", u"2"),
-        change(RegChange::Kind::createKey, "R\\m")},
-       "Windows Registry Editor Version 5.00\n\n[R\\k]\n\"b\"=\"2\"\n\n[R\\m]\n\n"},
+      {R"([R\k]|"a"="1"||; z|[R\z]|[R\k\x]|[R\kk]|)",
+       {change(removeKey, R"(R\K)")},
+       R"(; z|[R\z]|[R\kk]|)"},
+      {R"([R\k]|"a"="1"|[R\k\x]|)",
+       {set("q", u"lost", R"(R\k\x)"), change(removeKey, R"(R\k)"), set("b", u"2"),
+        change(createKey, R"(R\m)")},
+       R"(Windows Registry Editor Version 5.00||[R\k]|"b"="2"||[R\m]||)"},
       // What stands above a deletion is dead: the value is set behind it.
-      {"[R\\k]\n\"a\"=\"1\"\n[-R]\n[-R\\K]", setA,
-       "[R\\k]\n\"a\"=\"1\"\n[-R]\n[-R\\K]\n\n[R\\k]\n\"a\"=\"2\"\n\n"},
-      {"[R\\k\\x]\n\"a\"=\"1\"\n[-R\\k]\n",
-       {set("R\\k\\x", "a", u"2")},
-       "[R\\k\\x]\n\"a\"=\"1\"\n[-R\\k]\n\n[R\\k\\x]\n\"a\"=\"2\"\n\n"},
-      // What is cut off: a line without its end, a key without its bracket.
-      {"[R\\k", setA, "[R\\k\r\n\r\n[R\\k]\r\n\"a\"=\"2\"\r\n\r\n"},
-      {"[R\\k]", setA, "[R\\k]\r\n\"a\"=\"2\"\r\n"},
+      {R"([R\k]|"a"="1"|[-R]|[-R\K])",
+       {set("a", u"2")},
+       R"([R\k]|"a"="1"|[-R]|[-R\K]||[R\k]|"a"="2"||)"},
+      {R"([R\k\x]|"a"="1"|[-R\k]|)",
+       {set("a", u"2", R"(R\k\x)")},
+       R"([R\k\x]|"a"="1"|[-R\k]||[R\k\x]|"a"="2"||)"},
       // Next to a key that goes.
-      {"[R\\k]\n\"b\"=\"1\"\n[R\\z]\n",
-       {change(kRemoveKey, "R\\z"), set("R\\k", "a", u"2")},
-       "[R\\k]\n\"b\"=\"1\"\n\"a\"=\"2\"\n"},
+      {R"([R\k]|"b"="1"|[R\z]|)",
+       {change(removeKey, R"(R\z)"), set("a", u"2")},
+       R"([R\k]|"b"="1"|"a"="2"|)"},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.before);
-    EXPECT_EQ(editReg(c.before, c.changes, latin1()), c.after);
+  for (const auto& c : kCases) {
+    EXPECT_EQ(editReg(test::withLineEnds(c.before), c.changes, latin1()),
+              test::withLineEnds(c.after))
+        << c.before;
+  }
+  // A new file; what is cut off: a line without its end, a key without its bracket.
+  for (const auto& [before, after] :
+       {std::pair{"", R"(Windows Registry Editor Version 5.00||[R\k]|"a"="\\\"\n"||)"},
+        {R"([R\k])", R"([R\k]|"a"="\\\"\n"|)"},
+        {R"([R\k)", R"([R\k||[R\k]|"a"="\\\"\n"||)"}}) {
+    EXPECT_EQ(editReg(before, {set("a", u"\\\"\n")}, latin1()), test::withLineEnds(after, "\r\n"));
   }
 }
 
@@ -161,32 +156,26 @@ TEST(RegEdit, WritesWhatReadsBackTheSame) {
   for (const std::string_view version : {"Windows Registry Editor Version 5.00\n", "REGEDIT4\n"}) {
     for (const RegistryValue& value : values) {
       if (version[0] == 'R' && value.text.find(0xD800) != Text::npos) continue;  // no such byte
-      const std::string after =
-          editReg(version, {change(RegChange::Kind::setValue, "HKEY_USERS\\k", "\"n\\\n", value)},
-                  latin1());
-      const RegistryFile file(after, latin1());
-      EXPECT_EQ(ask(file, u"HKEY_USERS\\k", u"\"N\\\n"), value) << after;
-      for (std::size_t at = 0, end = 0; at < after.size(); at = end + 1) {
-        end = std::min(after.find('\n', at), after.size());
-        EXPECT_LE(end - at, 80u) << after;
-      }
+      const RegChange one = change(RegChange::Kind::setValue, "HKEY_USERS\\k", "\"n\\\n", value);
+      const std::string after = editReg(version, {one}, latin1());
+      EXPECT_EQ(ask(RegistryFile(after, latin1()), u"HKEY_USERS\\k", u"\"N\\\n"), value) << after;
+      std::istringstream lines(after);
+      for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 80u) << after;
     }
   }
 }
 
 TEST(RegFile, KeepsEachEncoding) {
-  constexpr std::string_view kInner = "REGEDIT4\n[HKEY_USERS\\\xC3\xA8]\n";
-  const std::string wide = std::string(kUtf16Mark) + utf16OfInner(kInner);
+  const std::string inner = "REGEDIT4\n[HKEY_USERS\\\xC3\xA8]\n";
   for (const std::string& bytes :
-       {std::string(kInner), std::string(kUtf8Mark) + std::string(kInner), wide,
+       {inner, std::string(kUtf8Mark) + inner, std::string(kUtf16Mark) + utf16OfInner(inner),
         std::string("REGEDIT4\n[HKEY_USERS\\\xE8]\n")}) {
     const RegText text = decodeReg(bytes, latin1());
-    EXPECT_EQ(text.inner, kInner);
+    EXPECT_EQ(text.inner, inner);
     EXPECT_EQ(encodeReg(text, latin1()), bytes);
   }
   // What the page cannot hold makes the file UTF-8 rather than lose it.
-  EXPECT_EQ(encodeReg({Encoding::codePage, "\xE2\x82\xAC\xC3\xA8"}, latin1()),
-            "\xE2\x82\xAC\xC3\xA8");
+  EXPECT_EQ(encodeReg({Encoding::codePage, "€è"}, latin1()), "€è");
 }
 
 }  // namespace

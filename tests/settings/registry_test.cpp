@@ -17,9 +17,9 @@ using platform::RegistryRoot;
 // The registry of a host of its own, asked through the class and through its seam.
 class Registry : public testing::Test {
  protected:
-  static constexpr auto kMachine = static_cast<std::int32_t>(RegistryRoot::localMachine);
+  static constexpr RegistryRoot kRoot = RegistryRoot::localMachine;
 
-  Text keyValue(Text key, Text name, std::int32_t root = kMachine) {
+  Text keyValue(Text key, Text name, std::int32_t root = static_cast<std::int32_t>(kRoot)) {
     return registry_.getKeyValue(root, key, name);
   }
   Text query(RegistryRoot root, TextView key, TextView name) const {
@@ -27,8 +27,9 @@ class Registry : public testing::Test {
     const auto value = open ? open->query(name) : std::nullopt;
     return value ? value->text : u"(none)";
   }
-  void import(std::string_view text) const {
-    platform::importRegistry(std::string("REGEDIT4\n").append(text), page_);
+  // "|" ends a line.
+  void import(const std::string& text) const {
+    platform::importRegistry(test::withLineEnds("REGEDIT4|" + text), page_);
   }
   bool logHas(const std::string& text) const {
     return host_.get("home/tarnview.log").find(text) != std::string::npos;
@@ -40,40 +41,30 @@ class Registry : public testing::Test {
 };
 
 TEST_F(Registry, GetKeyValueReadsEachTypeItsWay) {
-  const std::string fits(1023, 'x');
-  std::string bytes = "00";
-  for (int i = 0; i < 1024; ++i) bytes += ",00";
-  host_.setMachineKey(
-      "SOFTWARE\\A",
-      "@=\"d\"\n\"s\"=\" a\"\n\"e\"=hex(2):25,41,25,00\n\"five\"=dword:5\n"
-      "\"ten\"=dword:a\n\"w\"=dword:102\n\"low\"=dword:100\n\"neg\"=dword:ffff\n"
-      "\"all\"=dword:ffffffff\n\"big\"=dword:12345678\n\"bin\"=hex:41,42\n\"m\"=hex(7):61,00,00\n"
-      "\"nul\"=hex(1):61,00,62\n\"fits\"=\"" +
-          fits + "\"\n\"long\"=\"" + fits + "x\"\n\"longbin\"=hex:" + bytes);
-  struct Case {
-    TextView name;
-    Text text;
-    bool logged = false;
-  };
-  const Case cases[] = {
-      {u"", u"d"},          {u"S", u" a"},
-      {u"e", u"%A%"},       {u"five", u"5"},
-      {u"ten", u"10"},      {u"w", u"18"},
-      {u"low", u"&h"},      {u"neg", u"-1"},
-      {u"all", u"-1"},      {u"big", u"305419896"},
-      {u"bin", u""},        {u"m", u""},
-      {u"nul", u"a"},       {u"fits", fromUtf8(fits)},
-      {u"long", u"", true}, {u"longbin", u"", true},
-      {u"none", u"", true},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(toUtf8(c.name));
+  const auto expectRead = [&](const std::string& data, TextView text, bool logged = false) {
     fs::remove(host_ / "home/tarnview.log");
-    EXPECT_EQ(keyValue(u"software\\a", Text(c.name)), c.text);
-    EXPECT_EQ(fs::exists(host_ / "home/tarnview.log"), c.logged);
-  }
-  EXPECT_EQ(keyValue(u"SOFTWARE\\A", u"s", 7), u"");
+    host_.setMachineKey("SOFTWARE\\A", "\"v\"=" + data + "\n@=\"d\"");
+    EXPECT_EQ(keyValue(u"software\\a", u"V"), text) << data;
+    EXPECT_EQ(fs::exists(host_ / "home/tarnview.log"), logged) << data;
+  };
+  constexpr std::pair<const char*, TextView> kCases[] = {
+      {"\" a\"", u" a"},         {"hex(2):25,41,25,00", u"%A%"},
+      {"hex(1):61,00,62", u"a"}, {"dword:5", u"5"},
+      {"dword:a", u"10"},        {"dword:102", u"18"},
+      {"dword:100", u"&h"},      {"dword:ffff", u"-1"},
+      {"dword:ffffffff", u"-1"}, {"dword:12345678", u"305419896"},
+      {"hex:41,42", u""},        {"hex(7):61,00,00", u""}};
+  for (const auto& [data, text] : kCases) expectRead(data, text);
+  const std::string fits(1023, 'x');
+  expectRead("\"" + fits + "\"", fromUtf8(fits));
+  expectRead("\"" + fits + "x\"", u"", true);
+  std::string bytes = "hex:00";
+  for (int i = 0; i < 1024; ++i) bytes += ",00";
+  expectRead(bytes, u"", true);
+  expectRead("-", u"", true);
   EXPECT_TRUE(logHas("[VELTGENERAL] [RegistryUtility] [getKeyValue] [] [1] [0] []"));
+  EXPECT_EQ(keyValue(u"SOFTWARE\\A", u""), u"d");
+  EXPECT_EQ(keyValue(u"SOFTWARE\\A", u"", 7), u"");
 }
 
 TEST_F(Registry, ConnectionSettingsRoundTripRightTrimmed) {
@@ -101,71 +92,59 @@ TEST_F(Registry, ConnectionSettingsRoundTripRightTrimmed) {
   EXPECT_FALSE(registry_.isRegistryInWritePermission());
 }
 
-TEST_F(Registry, ExportComesBack) {
+TEST_F(Registry, ImportsChangeEachHiveAndRemovalsSayWhetherItWasThere) {
   import("");
   EXPECT_FALSE(fs::exists(host_ / "registry/machine.reg"));
-  platform::importRegistry(
-      "Windows Registry Editor Version 5.00\n\n[HKEY_CLASSES_ROOT\\Acme]\n@=\"class\"\n"
-      "[HKEY_CURRENT_USER\\Acme]\n\"u\"=\"mine\"\n[HKEY_LOCAL_MACHINE\\Acme\\Sub]\n\"a\"=\"1\"\n"
-      "\"b\"=hex(1):32,00,\\\n  00,00\n",
-      page_);
-  EXPECT_EQ(query(RegistryRoot::localMachine, u"software\\classes\\acme", u""), u"class");
+  import(R"([HKEY_CLASSES_ROOT\Acme]|@="class"|[HKEY_CURRENT_USER\Acme]|"u"="mine"|)"
+         R"([HKEY_LOCAL_MACHINE\Acme\Sub]|"a"="1"|"b"=hex(1):32,\|  00)");
+  EXPECT_EQ(query(kRoot, u"software\\classes\\acme", u""), u"class");
   EXPECT_EQ(query(RegistryRoot::currentUser, u"Acme", u"U"), u"mine");
   EXPECT_TRUE(fs::exists(host_ / "registry/user.reg"));
-  // A root stays, also the one that lies below another.
-  import("[-HKEY_CLASSES_ROOT]\n[-HKEY_LOCAL_MACHINE]\n");
-  EXPECT_FALSE(platform::removeRegistryKey(RegistryRoot::classes, u"\\", page_));
-  EXPECT_FALSE(platform::removeRegistryKey(RegistryRoot::localMachine, u"", page_));
-  EXPECT_EQ(query(RegistryRoot::classes, u"Acme", u""), u"class");
-  import("[HKEY_LOCAL_MACHINE\\Acme\\Sub]\n\"a\"=-\n\"c\"=\"3\"\n[-HKEY_CURRENT_USER\\Acme]\n");
-  EXPECT_EQ(query(RegistryRoot::localMachine, u"Acme\\Sub", u"a"), u"(none)");
+  import(R"([HKEY_LOCAL_MACHINE\Acme\Sub]|"a"=-|"c"="3"|[-HKEY_CURRENT_USER\Acme])");
+  EXPECT_EQ(query(kRoot, u"Acme\\Sub", u"a"), u"(none)");
   EXPECT_EQ(query(RegistryRoot::currentUser, u"Acme", u"U"), u"(none)");
-
-  const auto exported = platform::exportRegistry(RegistryRoot::localMachine, u"ACME", true, page_);
-  ASSERT_TRUE(exported);
   for (const bool there : {true, false})
-    EXPECT_EQ(platform::removeRegistryKey(RegistryRoot::localMachine, u"Acme", page_), there);
-  EXPECT_EQ(query(RegistryRoot::localMachine, u"Acme\\Sub", u"b"), u"(none)");
-  platform::importRegistry(*exported, page_);
-  EXPECT_EQ(query(RegistryRoot::localMachine, u"Acme\\Sub", u"b"), u"2");
+    EXPECT_EQ(platform::removeRegistryValue(kRoot, u"Acme\\Sub", u"B", page_), there);
   for (const bool there : {true, false})
-    EXPECT_EQ(platform::removeRegistryValue(RegistryRoot::localMachine, u"Acme\\Sub", u"B", page_),
-              there);
+    EXPECT_EQ(platform::removeRegistryKey(kRoot, u"Acme", page_), there);
+  EXPECT_EQ(query(kRoot, u"Acme\\Sub", u"c"), u"(none)");
+  // A root stays, also the one that lies below another.
+  import("[-HKEY_CLASSES_ROOT]|[-HKEY_LOCAL_MACHINE]");
+  EXPECT_FALSE(platform::removeRegistryKey(RegistryRoot::classes, u"\\", page_));
+  EXPECT_FALSE(platform::removeRegistryKey(kRoot, u"", page_));
+  EXPECT_EQ(query(RegistryRoot::classes, u"Acme", u""), u"class");
 }
 
 TEST_F(Registry, AMalformedImportChangesNothing) {
   host_.setMachineKey("Acme", "\"v\"=\"1\"");
   const std::string before = host_.get("registry/machine.reg");
-  std::string deep = "HKEY_USERS";
+  std::string deep;
   for (int i = 0; i < 512; ++i) deep += "\\a";
   EXPECT_FALSE(platform::writeRegistryText(RegistryRoot::users, fromUtf8(deep), u"v", u"1", page_));
-  // The line at fault, counted from 1.
-  const std::pair<std::string, std::size_t> malformed[] = {
-      {"", 1},
-      {"[HKEY_USERS\\a]\n", 1},
-      {"REGEDIT4\nREGEDIT4\n", 2},
-      {"REGEDIT4\n[HKLM\\a]\n", 2},
-      {"REGEDIT4\n\"v\"=\"1\"\n", 2},
-      {"REGEDIT4\n[HKEY_USERS\\a\n", 2},
-      {"REGEDIT4\n[" + deep + "]\n", 2},
-      {"REGEDIT4\n[HKEY_CLASSES_ROOT" + deep.substr(12) + "]\n", 2},
-      {"REGEDIT4\n[-HKEY_USERS\\a]\n\"v\"=\"1\"\n", 3},
-      {"REGEDIT4\n\n[HKEY_USERS\\a]\n\"v\"=hex:01,\\\n\n; c\n[HKEY_USERS\\b]\n", 4},
+  // By the line at fault, counted from 1. "|" ends a line.
+  const std::string version = "REGEDIT4|", key = version + "[HKEY_USERS\\a]|";
+  const std::pair<std::size_t, std::vector<std::string>> malformed[] = {
+      {1, {"", "[HKEY_USERS\\a]|"}},
+      {2,
+       {version + version, version + "[HKLM\\a]|", version + "\"v\"=\"1\"|",
+        version + "[HKEY_USERS\\a|", version + "[HKEY_USERS" + deep + "]|",
+        version + "[HKEY_CLASSES_ROOT" + deep.substr(2) + "]|"}},
+      {3,
+       {version + "[-HKEY_USERS\\a]|\"v\"=\"1\"|", key + "\"v\"=\"1", key + "\"v\"=hex:01,,2",
+        key + "\"v\"=dword:123456789", key + "\"v\"=qword:1", key + "\"v\"=\"1\" 2",
+        key + "\"v\"=hex:1 z", key + "\"v\"=hex(7:01", key + "\"v\"=hex(7)01", key + "\"v=1",
+        key + "@:1", key + "\"v\"=hex:01,\\||; c|[HKEY_USERS\\b]|"}},
   };
-  const auto expectRefused = [&](const std::string& text, std::size_t line) {
-    SCOPED_TRACE(text);
-    try {
-      platform::importRegistry(text, page_);
-      ADD_FAILURE();
-    } catch (const RegistryError& error) {
-      EXPECT_EQ(error.line(), line);
+  for (const auto& [line, texts] : malformed) {
+    for (const std::string& text : texts) {
+      try {
+        platform::importRegistry(test::withLineEnds(text), page_);
+        ADD_FAILURE() << text;
+      } catch (const RegistryError& error) {
+        EXPECT_EQ(error.line(), line) << text;
+      }
     }
-  };
-  for (const auto& [text, line] : malformed) expectRefused(text, line);
-  for (const char* value :
-       {"\"v\"=\"1", "\"v\"=hex:01,,2", "\"v\"=dword:123456789", "\"v\"=qword:1", "\"v\"=\"1\" 2",
-        "\"v\"=hex:1 z", "\"v\"=hex(7:01", "\"v\"=hex(7)01", "\"v=1", "@:1"})
-    expectRefused(std::string("REGEDIT4\n[HKEY_USERS\\a]\n").append(value), 3);
+  }
   EXPECT_EQ(host_.get("registry/machine.reg"), before);
 }
 

@@ -46,6 +46,13 @@ class TestHost : public TemporaryFolder {
       {"VELTGENERAL_DRIVE_C", "drive"}};
 };
 
+// Texts of settings files as tests write them: "|" ends a line too.
+inline std::string withLineEnds(std::string_view text, std::string_view lineEnd = "\n") {
+  std::string out;
+  for (const char c : text) c == '|' || c == '\n' ? out.append(lineEnd) : out.append(1, c);
+  return out;
+}
+
 // The first 256 characters, as ISO 8859-1 has them.
 inline const platform::NarrowPage& latin1() {
   static const platform::NarrowPage kPage = [] {

@@ -25,7 +25,7 @@ class Window : public Object {
     return {};
   }
 
-  std::map<Text, Variant> properties{{u"WindowState", std::int16_t{0}},
+  std::map<Text, Variant> properties{{u"WindowState", 0},
                                      {u"Left", 1000.0f},
                                      {u"Top", 2000.0f},
                                      {u"Width", 5000.0f},
@@ -51,7 +51,7 @@ class WindowPlacement : public testing::Test {
     EXPECT_EQ(file_.key(), u"mine");
     EXPECT_EQ(file_.Default(), u"keep");
   }
-  bool hasState(std::int16_t state) { return window_.properties[u"WindowState"] == Variant(state); }
+  bool hasState(int state) { return toInt32(window_.properties[u"WindowState"]) == state; }
 
   const test::VirtualDisplay display_{"800x600x24"};
   const test::TestHost host_;
@@ -60,55 +60,54 @@ class WindowPlacement : public testing::Test {
 };
 
 TEST_F(WindowPlacement, IsFittedIntoTheScreen) {
-  struct Case {
+  const struct {
     std::string entries;
-    std::array<int, 4> placement;
-    bool moved = true;
+    std::array<std::int32_t, 4> placement;
     std::int32_t minWidth = 3000;
-  };
-  const Case cases[] = {
+  } kCases[] = {
       {"", {1000, 2000, 5000, 4000}},
       {"Left=300\nTop=x\nWidth=4000\nHeight=3500.5\n", {300, 2000, 4000, 3500}},
       {"Width=100\nHeight=-1\n", {1000, 2000, 3000, 3000}},
       {"Left=-5000\nTop=59\n", {60, 60, 5000, 4000}},
       {"Left=9000\nWidth=4000\n", {7940, 2000, 4000, 4000}},
       {"Left=9000\nWidth=40000\nTop=99999999\n", {60, 4940, 11880, 4000}},
+      {"Left=500\n", {60, 2000, 11880, 4000}, 11880},
       // No room for the minimum: the window stays.
-      {"Left=500\n", {1000, 2000, 5000, 4000}, false, 11881},
-      {"Left=500\n", {60, 2000, 11880, 4000}, true, 11880},
+      {"Left=500\n", {1000, 2000, 5000, 4000}, 11881},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.entries);
+  for (const auto& [entries, placement, minWidth] : kCases) {
     window_.properties = Window().properties;
-    load(c.entries, c.minWidth);
-    EXPECT_EQ(window_.moves, c.moved ? 1 : 0);
+    load(entries, minWidth);
+    EXPECT_EQ(window_.moves, minWidth == 11881 ? 0 : 1);
     for (std::size_t i = 0; i < 4; ++i)
-      EXPECT_EQ(toInt32(window_.properties.at(Text(kPlacement[i]))), c.placement[i]);
+      EXPECT_EQ(toInt32(window_.properties.at(Text(kPlacement[i]))), placement[i]) << entries;
     EXPECT_TRUE(hasState(0));
   }
-  for (const char* value : {"FAIL", "0", "", "1", "-7"}) {
+  for (const auto& [value, state] :
+       {std::pair{"FAIL", 0}, {"0", 0}, {"", 0}, {"1", 2}, {"-7", 2}}) {
     window_.properties = Window().properties;
     load(std::string("Maximised=") + value);
-    EXPECT_TRUE(hasState(*value == '1' || *value == '-' ? 2 : 0)) << value;
+    EXPECT_TRUE(hasState(state)) << value;
   }
 }
 
 TEST_F(WindowPlacement, IsSavedAsItsStateAllows) {
   // A minimised window changes nothing, a maximised one keeps its last normal placement.
   for (const auto& [state, maximised] : {std::pair{0, "0"}, {1, "0"}, {2, "1"}}) {
-    window_.properties[u"WindowState"] = static_cast<std::int16_t>(state);
+    window_.properties[u"WindowState"] = state;
     file_.SaveFormPosition(window_);
     EXPECT_TRUE(file_.Success());
     EXPECT_EQ(file_.key(), u"mine");
-    std::string saved("[win]\r\nMaximised=");
-    saved.append(maximised).append("\r\nLeft=1000\r\nTop=2000\r\nWidth=5000\r\nHeight=4000\r\n");
-    EXPECT_EQ(host_.get("drive/w.ini"), saved);
+    EXPECT_EQ(host_.get("drive/w.ini"),
+              std::string("[win]\r\nMaximised=") + maximised +
+                  "\r\nLeft=1000\r\nTop=2000\r\nWidth=5000\r\nHeight=4000\r\n");
     window_.properties[u"Left"] = 7.0f;
   }
 }
 
 TEST_F(WindowPlacement, ErrorsEndTheCallQuietly) {
-  const auto expectFailure = [&](const auto& action) {
+  const auto expectFailure = [&](TextView failing, const auto& action) {
+    window_.failing = failing;
     Text any = u"1";
     file_.setValue(any);
     ASSERT_TRUE(file_.Success());
@@ -116,17 +115,14 @@ TEST_F(WindowPlacement, ErrorsEndTheCallQuietly) {
     EXPECT_FALSE(file_.Success());
     EXPECT_EQ(file_.key(), u"mine");
   };
-  window_.failing = u"Top";
-  expectFailure([&] { file_.SaveFormPosition(window_); });
+  expectFailure(u"Top", [&] { file_.SaveFormPosition(window_); });
   EXPECT_NE(host_.get("drive/w.ini").find("Left=1000"), std::string::npos);
-  expectFailure([&] { load(""); });
-  window_.failing = u"Move";
-  expectFailure([&] { load("Maximised=1\n"); });
+  expectFailure(u"Top", [&] { load(""); });
+  expectFailure(u"Move", [&] { load("Maximised=1\n"); });
   EXPECT_TRUE(hasState(0));
-  window_.failing.clear();
-  expectFailure([&] { load("Left=2147483647\n"); });  // the sum does not fit
+  expectFailure(u"", [&] { load("Left=2147483647\n"); });  // the sum does not fit
   ::setenv("DISPLAY", ":54321", 1);
-  expectFailure([&] { load("Left=300\n"); });
+  expectFailure(u"", [&] { load("Left=300\n"); });
   EXPECT_EQ(window_.moves, 0);
 }
 

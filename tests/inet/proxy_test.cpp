@@ -25,8 +25,7 @@ TEST(Proxy, EachSessionGoesItsWay) {
     Session session(Variant(fromUtf8(name)));
     return way(session);
   };
-  Session preconfigured;
-  Session direct{Variant(Missing{})};
+  Session preconfigured, direct{Variant(Missing{})};
   EXPECT_EQ(way(preconfigured), "proxy");
   EXPECT_EQ(way(direct), "direct");
   ::setenv("no_proxy", "127.0.0.1", 1);

@@ -2,9 +2,9 @@
 // object. Waits end after ten seconds at most.
 #pragma once
 
-#include <atomic>
 #include <functional>
 #include <list>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -16,23 +16,15 @@
 
 namespace veltgeneral::test {
 
-constexpr int kPatienceSeconds = 10;
-
-// Whether `condition` comes true in time.
-inline bool eventually(const std::function<bool()>& condition) {
-  return waitUntil(condition, std::chrono::seconds(kPatienceSeconds));
-}
-
-// Runs a command to its end; throws where it fails.
-void run(const std::vector<std::string>& command);
+constexpr std::chrono::seconds kPatience{10};
 
 // A server program that is ready when something listens on its port.
-class Daemon {
+class Daemon : public Process {
  public:
-  Daemon(const std::vector<std::string>& command, int port);
-
- private:
-  Process process_;
+  Daemon(const std::vector<std::string>& command, int port) : Process(command) {
+    if (!waitUntil([&] { return listening(port); }, kPatience))
+      throw std::runtime_error("no " + command[0]);
+  }
 };
 
 // A server in this process for what no decent server does. `answer` gets a connection and the head
@@ -41,15 +33,13 @@ class ScriptedServer {
  public:
   class Connection {
    public:
-    explicit Connection(int socket) : socket_(socket) {}
+    explicit Connection(int socket);
     // False when the other side is gone or does not read for long.
     bool send(std::string_view bytes) const;
-    // Up to the empty line and what came with it; empty at the end.
+    // Waits for one; empty when the other side is gone.
     std::string receiveHead() const;
     // Answers a request with its path, and those that follow on the connection.
     void answerWithPaths(std::string head) const;
-    // Until the other side is gone.
-    void waitForEnd() const;
 
    private:
     int socket_;
@@ -64,12 +54,11 @@ class ScriptedServer {
   std::string url() const { return "http://127.0.0.1:" + std::to_string(port_) + "/"; }
 
  private:
-  void serve(int socket);
+  void serve(int socket) const;
 
   Answer answer_;
   int listener_;
   int port_;
-  std::atomic<bool> ending_ = false;
   std::list<int> sockets_;
   std::list<std::thread> threads_;
   std::thread acceptor_;
@@ -81,14 +70,13 @@ class Nginx {
  public:
   Nginx(const TemporaryFolder& folder, std::string servers, std::size_t ports = 1);
 
-  int port(std::size_t which = 1) const { return ports_[which - 1]; }
   std::string url(const std::string& path, std::size_t which = 1) const {
-    return "http://127.0.0.1:" + std::to_string(port(which)) + path;
+    return "http://127.0.0.1:" + std::to_string(ports_[which - 1]) + path;
   }
 
  private:
   std::vector<int> ports_;
-  std::list<Daemon> daemon_;
+  std::optional<Daemon> daemon_;
 };
 
 // A proxy that adds "the-proxy" to the Via header.
@@ -99,8 +87,8 @@ class TinyProxy {
   std::string address() const { return "127.0.0.1:" + std::to_string(port_); }
 
  private:
-  int port_;
-  std::list<Daemon> daemon_;
+  int port_ = freePort();
+  Daemon daemon_;
 };
 
 }  // namespace veltgeneral::test

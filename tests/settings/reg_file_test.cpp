@@ -67,8 +67,8 @@ TEST(RegFile, ReadsEveryKindOfValueWithoutRegardToCase) {
 TEST(RegFile, DeletionsUndoWhatStandsAboveThem) {
   const RegistryFile file(
       test::withLineEnds(R"(REGEDIT4|[HKEY_USERS\a\b]|"v"="1"|"w"="1"|[-HKEY_USERS\A]|)"
-                         R"([HKEY_USERS\a]|"v"=hex(2):e8,00|"x"="1"|"X"=-|[-HKEY_USERS]|)"
-                         R"([broken|"y"="1")"),
+                         R"([HKEY_USERS\a]|"v"=hex(2):e8,00|"x"="1"|"X"=-|[broken|"y"="1"|)"
+                         R"([-HKEY_USERS])"),
       latin1());
   EXPECT_EQ(file.find(u"HKEY_USERS\\a\\b"), RegistryFile::kNone);
   EXPECT_EQ(ask(file, u"HKEY_USERS\\a", u"v"),

@@ -83,7 +83,7 @@ TEST(ProfileFile, EditsTouchTheLinesTheyMust) {
       {"[s]|a=1|", u"s", u"b", std::nullopt, "[s]|a=1|"},
       {"[s]|a=1|", u"t", std::nullopt, std::nullopt, "[s]|a=1|"},
       // The whole first section, text or not, without the comment that leads the next one.
-      {"; h|[s]|a=1|; in|b=2||; t|[t]|[S]|", u"s", std::nullopt, u"x", "; h|; t|[t]|[S]|"},
+      {"; h|[s]|a=1|; in|b=2||; t||[t]|[S]|", u"s", std::nullopt, u"x", "; h|; t||[t]|[S]|"},
   };
   const auto edit = [](const std::string& bytes, const auto& c) {
     const auto pointerTo = [](const auto& text) { return text ? &*text : nullptr; };

@@ -1,7 +1,9 @@
 #include "platform/registry.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
+
+#include <array>
+#include <regex>
 
 #include "settings/support.h"
 #include "veltgeneral/registry_utility.h"
@@ -69,7 +71,7 @@ TEST_F(Registry, GetKeyValueReadsEachTypeItsWay) {
 
 TEST_F(Registry, ConnectionSettingsRoundTripRightTrimmed) {
   fs::remove(host_ / "registry");  // made with the file, for the owner alone
-  const ErrInfo saved = registry_.saveInfoForConnection(u"App", u" db ", u"us\\er", u"p\"w\"  ");
+  const ErrInfo saved = registry_.saveInfoForConnection(u"App", u" db ", u"us\\er ", u"p\"w\"  ");
   EXPECT_EQ(saved.getAttrEqualValue(),
             u"vntTypeInfo=\"3\" vntLocationInfo=\"saveInfoForConnection\" "
             u"vntProcessInfo=\"VELTGENERAL\" vntClassInfo=\"RegistryUtility\" ");
@@ -92,27 +94,65 @@ TEST_F(Registry, ConnectionSettingsRoundTripRightTrimmed) {
   EXPECT_FALSE(registry_.isRegistryInWritePermission());
 }
 
-TEST_F(Registry, ImportsChangeEachHiveAndRemovalsSayWhetherItWasThere) {
+TEST_F(Registry, EachRootHasItsHiveAndStays) {
   import("");
   EXPECT_FALSE(fs::exists(host_ / "registry/machine.reg"));
-  import(R"([HKEY_CLASSES_ROOT\Acme]|@="class"|[HKEY_CURRENT_USER\Acme]|"u"="mine"|)"
-         R"([HKEY_LOCAL_MACHINE\Acme\Sub]|"a"="1"|"b"=hex(1):32,\|  00)");
+  import(R"([HKEY_CLASSES_ROOT\Acme]|@="class"|[HKEY_CURRENT_USER\Acme]|"u"=hex(1):32,\|  00)");
   EXPECT_EQ(query(kRoot, u"software\\classes\\acme", u""), u"class");
-  EXPECT_EQ(query(RegistryRoot::currentUser, u"Acme", u"U"), u"mine");
+  EXPECT_EQ(query(RegistryRoot::currentUser, u"Acme", u"U"), u"2");
   EXPECT_TRUE(fs::exists(host_ / "registry/user.reg"));
-  import(R"([HKEY_LOCAL_MACHINE\Acme\Sub]|"a"=-|"c"="3"|[-HKEY_CURRENT_USER\Acme])");
-  EXPECT_EQ(query(kRoot, u"Acme\\Sub", u"a"), u"(none)");
-  EXPECT_EQ(query(RegistryRoot::currentUser, u"Acme", u"U"), u"(none)");
-  for (const bool there : {true, false})
-    EXPECT_EQ(platform::removeRegistryValue(kRoot, u"Acme\\Sub", u"B", page_), there);
-  for (const bool there : {true, false})
-    EXPECT_EQ(platform::removeRegistryKey(kRoot, u"Acme", page_), there);
-  EXPECT_EQ(query(kRoot, u"Acme\\Sub", u"c"), u"(none)");
-  // A root stays, also the one that lies below another.
+  // Also the root that lies below another.
   import("[-HKEY_CLASSES_ROOT]|[-HKEY_LOCAL_MACHINE]");
   EXPECT_FALSE(platform::removeRegistryKey(RegistryRoot::classes, u"\\", page_));
   EXPECT_FALSE(platform::removeRegistryKey(kRoot, u"", page_));
   EXPECT_EQ(query(RegistryRoot::classes, u"Acme", u""), u"class");
+  for (const bool there : {true, false})
+    EXPECT_EQ(platform::removeRegistryValue(RegistryRoot::classes, u"ACME", u"", page_), there);
+  for (const bool there : {true, false})
+    EXPECT_EQ(platform::removeRegistryKey(RegistryRoot::currentUser, u"Acme", page_), there);
+  EXPECT_EQ(query(RegistryRoot::currentUser, u"Acme", u"U"), u"(none)");
+}
+
+TEST_F(Registry, ChangesTouchTheLinesTheyMust) {
+  // The hive, what is imported, the hive: "R" stands for a root, "|" ends a line.
+  const std::array<std::string, 3> cases[] = {
+      {R"(REGEDIT4||[R\K]|"a"="1" ; note|; c||[R\z]|)", R"([R\k]|"b"="2")",
+       R"(REGEDIT4||[R\K]|"a"="1" ; note|"b"="2"|; c||[R\z]|)"},
+      // The comment behind a value stays.
+      {R"([R\k]|"a"="\"1;" ; it's "a"|"b"=hex:01,\|  ;c|  02  ;d|"c"=dword:1;e)",
+       R"([R\k]|"a"="2"|"b"="3"|"c"=hex:04)",
+       R"([R\k]|"a"="2" ; it's "a"|"b"="3"  ;d|"c"=hex:04;e|)"},
+      // The last of equal values is the one in force; the earlier ones go.
+      {R"([R\k]|"a"="1"|"A"="2"||[r\K]|"a"="3")", R"([R\k]|"a"="2")", R"([R\k]||[r\K]|"a"="2"|)"},
+      {R"([R\k]|"a"=hex:01,\|  02|"b"="2"|)", R"([R\k]|"A"=-)", R"([R\k]|"b"="2"|)"},
+      // With sub-keys, without the comment that leads the next key.
+      {R"([R\k]|"a"="1"||; z|[R\z]|[R\k\x]|[R\kk]|)", R"([-R\K])", R"(; z|[R\z]|[R\kk]|)"},
+      {R"([R\k]|"a"="1"|[R\k\x]|)", R"([R\k\x]|"q"="lost"|[-R\k]|[R\k]|"b"="2"|[R\m])",
+       R"(Windows Registry Editor Version 5.00||[R\k]|"b"="2"||[R\m]||)"},
+      // What stands above a deletion is dead: the value is set behind it.
+      {R"([R\k]|"a"="1"|[-R]|[-R\K])", R"([R\k]|"a"="2")",
+       R"([R\k]|"a"="1"|[-R]|[-R\K]||[R\k]|"a"="2"||)"},
+      {R"([R\k\x]|"a"="1"|[-R\k]|)", R"([R\k\x]|"a"="2")",
+       R"([R\k\x]|"a"="1"|[-R\k]||[R\k\x]|"a"="2"||)"},
+      // Next to a key that goes.
+      {R"([R\k]|"b"="1"|[R\z]|)", R"([-R\z]|[R\k]|"a"="2")", R"([R\k]|"b"="1"|"a"="2"|)"},
+      // What is cut off: a line without its end, a key without its bracket.
+      {R"(|[R\k])", R"([R\k]|"a"="\\\"\n")", R"(|[R\k]|"a"="\\\"\n"|)"},
+      {R"(|[R\k)", R"([R\k]|"a"="2")", R"(|[R\k||[R\k]|"a"="2"||)"},
+  };
+  const auto whole = [](const std::string& text) {
+    static const std::regex root(R"((\[-?)[Rr](\\|\]))");
+    return std::regex_replace(test::withLineEnds(text), root, "$1HKEY_USERS$2");
+  };
+  for (const auto& [before, change, after] : cases) {
+    host_.put("registry/machine.reg", whole(before));
+    import(whole(change));
+    EXPECT_EQ(host_.get("registry/machine.reg"), whole(after)) << change;
+  }
+  std::filesystem::remove(host_ / "registry/machine.reg");
+  import(whole(R"([R\k]|"a"="2")"));
+  EXPECT_EQ(host_.get("registry/machine.reg"),
+            "Windows Registry Editor Version 5.00\r\n\r\n[HKEY_USERS\\k]\r\n\"a\"=\"2\"\r\n\r\n");
 }
 
 TEST_F(Registry, AMalformedImportChangesNothing) {

@@ -50,6 +50,7 @@ const Row kRows[] = {
     {std::nan(""), "!6 !6 1.#QNAN !6 !6 True n-", "1.#QNAN"},
     {-HUGE_VAL, "!6 !6 -1.#INF !6 !6 True n-", "-1.#INF"},
     {.1F, "0 0 0.100000001490116 0.1 0.1 True n-", "0.1"},
+    {Currency{25000}, "2 2 2.5 2.5 2.5 True n-", "2.5"},
     {Currency{-5}, "0 0 -0.0005 -0.0005 -0.0005 True n-", "-0.0005"},
     {Currency{std::numeric_limits<std::int64_t>::min()},
      "!6 !6 -922337203685478 -922337203685477.5808 -922337203685477.5808 True n-",
@@ -153,13 +154,9 @@ TEST(NumberFormat, DigitsAreTheCLibrarysInTheLocalesMarks) {
 TEST(NumberFormat, LongAndShortForms) {
   const ScopedLocale italian("it_IT");
   static constexpr std::tuple<double, TextView, TextView> kCases[] = {
-      {-0.0, u"0", u"0"},
-      {.1 + .2, u"0,3", u".3"},
-      {-.5, u"-0,5", u"-.5"},
-      {123456789012345, u"123456789012345", u"123456789012345"},
-      {999999999999999.9, u"1E+15", u"1E+15"},
+      {-0.0, u"0", u"0"},           {.1 + .2, u"0,3", u".3"},
+      {-.5, u"-0,5", u"-.5"},       {999999999999999.9, u"1E+15", u"1E+15"},
       {.0001, u"0,0001", u".0001"},
-      {.00001, u"1E-05", u"1E-05"},
   };
   for (const auto& [value, text, brief] : kCases) {
     EXPECT_EQ(toText(value), text);

@@ -47,6 +47,10 @@ TEST(Locale, WritesAndReadsItsOwn) {
 
   const ScopedLocale french("fr_FR");
   EXPECT_EQ(toDouble(u"1\u202F234,5\u00A0€"), 1234.5);
+  // A blank groups digits where the mark is a no-break blank, and only between them.
+  EXPECT_EQ(toDouble(u"1 234"), 1234);
+  EXPECT_FALSE(isNumeric(u"1 e2"));
+  EXPECT_FALSE(isNumeric(u"1,5 2"));
   EXPECT_TRUE(isDate(u"3 FÉVRIER 2024"));
   EXPECT_FALSE(isDate(u"3 February 2024"));
 }

@@ -10,7 +10,6 @@
 
 #include "automation/calendar.h"
 #include "automation/locale.h"
-#include "automation/number_text.h"
 #include "support/answer.h"
 
 namespace veltgeneral {
@@ -94,18 +93,6 @@ TEST(NumberText, ReadsTheNearestDouble) {
     ASSERT_EQ(isNumeric(wide), std::isfinite(oracle)) << text;
     ASSERT_EQ(std::isfinite(oracle) ? toDouble(wide) : oracle, oracle) << text;
   }
-}
-
-TEST(NumberText, ABlankGroupsDigitsWhereTheMarkIsANoBreakBlank) {
-  Locale french = userLocale();
-  french.decimal = u',';
-  french.thousands = 0x202F;
-  french.currency = Text(u"€");
-  EXPECT_EQ(readDouble(u"1\u202F234,5\u00A0€", french), 1234.5);
-  EXPECT_EQ(readDouble(u"1\u00A0234", french), 1234);
-  EXPECT_EQ(readDouble(u"1 234", french), 1234);
-  EXPECT_FALSE(isNumberText(u"1 e2", french));
-  EXPECT_FALSE(isNumberText(u"1,5 2", french));
 }
 
 // A date without a time, a time alone, or both.

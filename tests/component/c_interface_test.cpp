@@ -31,7 +31,6 @@ struct Owned {
 struct Value : Owned<vg_value, vg_value_free> {
   Value() : Owned(vg_value_new()) {}
   explicit Value(const char* utf8) : Value() { vg_value_set_utf8(handle, utf8, VG_TO_NUL); }
-  explicit Value(std::int32_t number) : Value() { vg_value_set_int32(handle, number); }
 };
 
 struct Handle : Owned<vg_object, vg_object_release> {
@@ -136,7 +135,7 @@ TEST(CInterface, ArraysAreReadAndWrittenInBulk) {
 
 TEST(CInterface, MembersAreCalledByName) {
   const Handle object("veltgeneral.errinfo");
-  const Value number(5);
+  const Value number("5");
   const Value text("text");
   const Value result;
   const char* name[] = {"VNTSTEPINFO"};
@@ -157,22 +156,19 @@ TEST(CInterface, MembersAreCalledByName) {
 
   Owned<vg_error, vg_error_free> error;
   EXPECT_EQ(call(object, "nothing", VG_METHOD, {}, result, &error.handle), 438);
-  EXPECT_EQ(vg_error_number(error), 438);
   EXPECT_STREQ(vg_error_description(error), "Object does not support this property or method");
   EXPECT_EQ(call(object, "clone", VG_METHOD, {nullptr}), 449);
   EXPECT_EQ(call(object, "clear", vg_call_kind{7}, {}), 5);
 }
 
 TEST(CInterface, CallersObjectsAreCalledBack) {
-  // Keeps its last argument, knows one property, and refuses another.
+  // Keeps its last argument, and has one property, which fails.
   const vg_object_callbacks callbacks = {
       sizeof callbacks,
       [](void*, const char* name, vg_call_kind kind, vg_value* const* arguments, std::size_t count,
          vg_value* result, vg_error* raised) -> vg_status {
         if (kind == VG_METHOD) return vg_value_swap(result, arguments[count - 1]);
-        const std::string_view asked = name;
-        if (asked == "vntNumberInfo") return vg_value_set_utf8(result, "12", VG_TO_NUL);
-        if (asked != "vntStepInfo") return 438;
+        if (std::string_view(name) != "vntStepInfo") return 438;
         vg_error_set(raised, 1234, "no step today");
         return 1234;
       },

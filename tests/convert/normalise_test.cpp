@@ -19,9 +19,9 @@ using Replacements = std::map<char16_t, TextView>;
 Replacements notAscii() {
   Replacements all;
   for (int code = 0; code < 160; ++code) {
-    const bool stays = code == 8 || code == 9 || code == 10 || code == 13 ||
-                       (code >= 32 && code <= 126) || code == 145 || code == 146;
-    if (!stays) all[systemCodePage().character(static_cast<std::uint8_t>(code))] = u" ";
+    const char16_t c = systemCodePage().character(static_cast<std::uint8_t>(code));
+    const bool stays = (c >= u' ' && c <= u'~') || TextView(u"\b\t\n\r‘’").find(c) != Text::npos;
+    if (!stays) all[c] = u" ";
   }
   return all;
 }

@@ -47,8 +47,6 @@ TEST(Xml, DurationsAreWrittenInTenthsAndThousandthsOfAMinute) {
       {0.25, "PT0H0M1.5S", "PT0H0M.015S"},
       {166666666666810.0, "PT277777777778H1M0S", "PT2777777777H46M48.599609375S"},
       {1e20, "PT1.66666666666667E+17H0M0S", "PT1.66666666666667E+15H34M8S"},
-      {Text(u"15"), "PT0H1M30S", "PT0H0M.9S"},
-      {Text(u"x"), "PT0H0M0S", "PT0H0M0S"},
       // More seconds than a double counts.
       {1e308, "error 6", "error 6"},
       {std::nan(""), "error 6", "error 6"},
@@ -94,7 +92,6 @@ TEST(Xml, NumbersHaveEitherSeparator) {
   const std::tuple<const char*, Variant, const char*> cases[] = {
       {"it_IT", Text(u"1,5"), "1,5"},
       {"it_IT", Text(u"1.5"), "1,5"},  // although the locale alone reads 15
-      {"it_IT", 1.5, "1,5"},
       {"it_IT", Text(u"1.234,5"), "error 13"},
       {"it_IT", Text(u" -,5"), "-0,5"},
       {"en_US", Text(u"1,5"), "1.5"},

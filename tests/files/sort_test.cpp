@@ -25,23 +25,22 @@ struct Slice {
   bool ignoreUcase;
 };
 
+std::uint32_t next(std::uint32_t state) { return (state * 16598013 + 12820163) & 0xFFFFFF; }
+
+std::uint32_t stateOfGenerator() { return static_cast<std::uint32_t>(nextRandom() * 16777216); }
+
 // The published scheme, step by step and comparison by comparison, with numbers of its own drawn
 // from the same sequence.
-class Plain {
- public:
-  Plain(std::vector<Text>& list, Slice slice, std::uint32_t seed)
-      : list_(list), slice_(slice), state_(seed) {}
-
+struct Plain {
   void sort(std::int32_t low, std::int32_t high) {
     if (low >= high) return;
     if (high - low == 1) {
       if (key(low) > key(high)) std::swap(at(low), at(high));
       return;
     }
-    state_ = (state_ * 16598013 + 12820163) & 0xFFFFFF;
-    const auto p = static_cast<std::int32_t>(
-        std::nearbyint(static_cast<double>(state_) / 16777216 * (high - low) + low));
-    std::swap(at(p), at(high));
+    state = next(state);
+    const double pivot = static_cast<double>(state) / 16777216 * (high - low) + low;
+    std::swap(at(static_cast<std::int32_t>(std::nearbyint(pivot))), at(high));
     std::int32_t i = 0;
     std::int32_t j = 0;
     do {
@@ -53,45 +52,36 @@ class Plain {
       if (i < j) std::swap(at(i), at(j));
     } while (i < j);
     std::swap(at(i), at(high));
-    if (i - low < high - i) {
-      sort(low, i - 1);
-      sort(i + 1, high);
-    } else {
-      sort(i + 1, high);
-      sort(low, i - 1);
-    }
+    const bool lowerFirst = i - low < high - i;
+    if (lowerFirst) sort(low, i - 1);
+    sort(i + 1, high);
+    if (!lowerFirst) sort(low, i - 1);
   }
-
-  int events = 0;
-  std::uint32_t state() const { return state_; }
-
- private:
-  Text& at(std::int32_t index) { return list_[static_cast<std::size_t>(index - 1)]; }
+  Text& at(std::int32_t index) { return list[static_cast<std::size_t>(index - 1)]; }
   Text key(std::int32_t index) {
     Text text = at(index);
-    if (!slice_.ignoreUcase) std::ranges::transform(text, text.begin(), toUpper);
-    const auto first = std::min(static_cast<std::size_t>(slice_.start - 1), text.size());
-    return text.substr(first, static_cast<std::size_t>(slice_.length));
+    if (!slice.ignoreUcase) std::ranges::transform(text, text.begin(), toUpper);
+    const auto first = std::min(static_cast<std::size_t>(slice.start - 1), text.size());
+    return text.substr(first, static_cast<std::size_t>(slice.length));
   }
 
-  std::vector<Text>& list_;
-  Slice slice_;
-  std::uint32_t state_;
+  std::vector<Text> list;
+  Slice slice;
+  std::uint32_t state = stateOfGenerator();
+  int events = 0;
 };
-
-std::uint32_t stateOfGenerator() { return static_cast<std::uint32_t>(nextRandom() * 16777216); }
-
-Text randomText(std::mt19937& random, std::u16string_view alphabet, std::size_t longest) {
-  Text text;
-  for (std::size_t n = random() % (longest + 1); n > 0; --n) {
-    text += alphabet[random() % alphabet.size()];
-  }
-  return text;
-}
 
 class Sort : public ::testing::Test {
  protected:
+  ErrInfo sorted(TextArray& array, std::int32_t low, std::int32_t high, const Slice& slice) {
+    events_ = 0;
+    setHostEvents([](void* context) { ++*static_cast<int*>(context); }, &events_);
+    const auto& [start, length, ignoreUcase] = slice;
+    return Funzioni().quickSortArray(array, low, high, start, length, ignoreUcase);
+  }
   void TearDown() override { setHostEvents(nullptr, nullptr); }
+
+  int events_ = 0;
 };
 
 TEST_F(Sort, IsThePublishedScheme) {
@@ -99,31 +89,26 @@ TEST_F(Sort, IsThePublishedScheme) {
   const TextView alphabets[] = {u"ab", u"abcABC\u00E8\u00C8 ", u"a\u4E2D\u0101\uFF41b",
                                 TextView(u"a\0b", 3), u"abcdefghijklmnopqrstuvwxyz"};
   for (int round = 0; round < 4000; ++round) {
-    const auto count = static_cast<std::int32_t>(random() % (round % 100 == 0 ? 600 : 40));
-    std::vector<Text> list;
     const TextView alphabet = alphabets[random() % std::size(alphabets)];
     const std::size_t longest = round % 3 == 0 ? 2 : 24;
-    for (std::int32_t i = 0; i < count; ++i) {
-      list.push_back(randomText(random, alphabet, longest));
-    }
+    std::vector<Text> list(random() % (round % 100 == 0 ? 600 : 40));
+    for (Text& text : list)
+      for (std::size_t n = random() % (longest + 1); n > 0; --n)
+        text += alphabet[random() % alphabet.size()];
     if (round % 5 == 0) std::ranges::sort(list);
     if (round % 7 == 0) std::ranges::reverse(list);
     const Slice slice{static_cast<std::int16_t>(1 + random() % 3),
                       static_cast<std::int16_t>(random() % 22), random() % 2 == 0};
-    TextArray array = TextArray::of(list);
-    int events = 0;
-    setHostEvents([](void* context) { ++*static_cast<int*>(context); }, &events);
     // All of it, or a part that leaves an element at either end alone.
-    const std::int32_t apart = count > 3 && round % 4 == 0 ? 1 : 0;
-    Plain plain(list, slice, stateOfGenerator());
-    plain.sort(1 + apart, count - apart);
-    EXPECT_EQ(fields(Funzioni().quickSortArray(array, 1 + apart, count - apart, slice.start,
-                                               slice.length, slice.ignoreUcase)),
-              test::fresh());
-    ASSERT_EQ(array, TextArray::of(list)) << round;
-    EXPECT_EQ(events, plain.events);
-    // As many numbers drawn: the next one is the plain scheme's next.
-    EXPECT_EQ(stateOfGenerator(), (plain.state() * 16598013 + 12820163) & 0xFFFFFF);
+    const std::int32_t apart = list.size() > 3 && round % 4 == 0 ? 1 : 0;
+    const auto high = static_cast<std::int32_t>(list.size()) - apart;
+    TextArray array = TextArray::of(list);
+    Plain plain{list, slice};
+    plain.sort(1 + apart, high);
+    EXPECT_EQ(fields(sorted(array, 1 + apart, high, slice)), test::fresh());
+    ASSERT_EQ(array, TextArray::of(plain.list)) << round;
+    EXPECT_EQ(events_, plain.events);
+    EXPECT_EQ(stateOfGenerator(), next(plain.state));  // as many numbers drawn
   }
 }
 
@@ -134,7 +119,7 @@ TEST_F(Sort, EqualAndFewKeysCostNoMoreThanOthers) {
     std::vector<Text> list(300000);
     for (Text& each : list) each = letters[random() % letters.size()];
     TextArray array = TextArray::of(list);
-    Funzioni().quickSortArray(array, 1, 300000, 1, 5, true);
+    sorted(array, 1, 300000, {1, 5, true});
     std::ranges::sort(list);
     EXPECT_EQ(array, TextArray::of(list));
   }
@@ -144,25 +129,24 @@ TEST_F(Sort, KeysAreSlicesFoldedOrNot) {
   struct Case {
     bool ignoreUcase;
     std::int16_t start;
-    std::vector<Text> list, sorted;
+    TextArray list, expected;
   };
-  const Case cases[] = {{false, 1, {u"b", u"A"}, {u"A", u"b"}},
-                        {true, 1, {u"b", u"A"}, {u"A", u"b"}},
-                        {true, 1, {u"a", u"B"}, {u"B", u"a"}},
-                        {false, 1, {u"èx", u"Èa", u"e"}, {u"e", u"Èa", u"èx"}},
-                        {true, 2, {u"9c", u"8b", u"7a"}, {u"7a", u"8b", u"9c"}},
+  const auto of = [](std::initializer_list<TextView> texts) { return TextArray::of(texts); };
+  const Case cases[] = {{false, 1, of({u"b", u"A"}), of({u"A", u"b"})},
+                        {true, 1, of({u"b", u"A"}), of({u"A", u"b"})},
+                        {true, 1, of({u"a", u"B"}), of({u"B", u"a"})},
+                        {false, 1, of({u"èx", u"Èa"}), of({u"Èa", u"èx"})},
+                        {true, 2, of({u"9c", u"8b", u"7a"}), of({u"7a", u"8b", u"9c"})},
                         // Shorter than the start: an empty key, before all others.
-                        {true, 2, {u"bb", u"a"}, {u"a", u"bb"}}};
+                        {true, 2, of({u"bb", u"a"}), of({u"a", u"bb"})}};
   for (const Case& c : cases) {
-    TextArray array = TextArray::of(c.list);
-    Funzioni().quickSortArray(array, 1, static_cast<std::int32_t>(c.list.size()), c.start, 9,
-                              c.ignoreUcase);
-    EXPECT_EQ(array, TextArray::of(c.sorted));
+    TextArray array = c.list;
+    sorted(array, 1, array.bounds().upper, {c.start, 9, c.ignoreUcase});
+    EXPECT_EQ(array, c.expected);
   }
 }
 
 TEST_F(Sort, RefusalsDrawAndExchangeAsFarAsTheSchemeGets) {
-  const TextArray list = TextArray::of({u"c", u"b", u"a", u"d"});
   struct Case {
     std::int32_t low, high;
     std::int16_t start, length;
@@ -174,22 +158,16 @@ TEST_F(Sort, RefusalsDrawAndExchangeAsFarAsTheSchemeGets) {
       {1, 9, 1, 1, 9, 1, 0},  {4, 5, 1, 1, 9, 0, 0},  {0, 1, 1, 1, 9, 0, 0},
   };
   for (const Case& c : cases) {
-    TextArray array = list;
-    int events = 0;
-    setHostEvents([](void* context) { ++*static_cast<int*>(context); }, &events);
+    TextArray array = TextArray::of({u"c", u"b", u"a", u"d"});
     std::uint32_t state = stateOfGenerator();
-    const ErrInfo result = Funzioni().quickSortArray(array, c.low, c.high, c.start, c.length, true);
-    EXPECT_EQ(result.numberInfo(), c.number);
-    if (c.number != 0) {
-      EXPECT_EQ(fields(result), failure(c.number, toUtf8(standardMessage(c.number)).c_str(),
-                                        "quickSortArray", "Funzioni"));
-    }
-    EXPECT_EQ(events, c.events);
-    for (int i = 0; i <= c.draws; ++i) state = (state * 16598013 + 12820163) & 0xFFFFFF;
+    EXPECT_EQ(fields(sorted(array, c.low, c.high, {c.start, c.length, true})),
+              c.number == 0 ? test::fresh() : failure(c.number, "quickSortArray", "Funzioni"));
+    EXPECT_EQ(events_, c.events);
+    for (int i = 0; i <= c.draws; ++i) state = next(state);
     EXPECT_EQ(stateOfGenerator(), state);
   }
-  TextArray array;
-  EXPECT_EQ(Funzioni().quickSortArray(array, 1, 3, 1, 1, true).numberInfo(), 9);
+  TextArray none;
+  EXPECT_EQ(sorted(none, 1, 3, {1, 1, true}).numberInfo(), 9);
 }
 
 TEST_F(Sort, AHookThatThrowsEndsItWithItsError) {

@@ -6,10 +6,10 @@
 #include <algorithm>
 #include <numeric>
 
+#include "support/file_limit.h"
 #include "support/results.h"
 #include "support/temporary_folder.h"
 #include "veltgeneral/file_utility.h"
-#include "veltgeneral/runtime_error.h"
 
 namespace veltgeneral {
 namespace {
@@ -17,149 +17,147 @@ namespace {
 using test::failure;
 using test::fields;
 
-const auto kWritten = std::tuple(0, "Operazione eseguita correttamente", 3, "writeFile",
-                                 "FileUtility", "VELTGENERAL", "");
+class WholeFile : public ::testing::Test {
+ protected:
+  test::TemporaryFolder folder_;
+  FileUtility files_;
+};
 
-TEST(WholeFile, EveryByteSurvivesTheRoundTrip) {
-  test::TemporaryFolder folder;
+TEST_F(WholeFile, EveryByteSurvivesTheRoundTrip) {
   std::string bytes(100000, '\0');
   std::iota(bytes.begin(), bytes.end(), '\0');
-  folder.put("all", bytes);
-
-  FileUtility files;
   for (const std::string& each : {bytes, std::string()}) {
-    folder.put("file", each);
+    folder_.put("file", each);
     Text text = u"before";
-    EXPECT_EQ(fields(files.readFile(folder.text("file"), text)), test::fresh());
+    EXPECT_EQ(fields(files_.readFile(folder_.text("file"), text)), test::fresh());
     EXPECT_EQ(text.size(), each.size());
     EXPECT_EQ(text.find(u"€\x81"), each.empty() ? Text::npos : 0x80U);
-    EXPECT_EQ(fields(files.writeFile(folder.text("copy"), 0, text)), kWritten);
-    EXPECT_EQ(folder.get("copy"), each + "\r\n");
+    EXPECT_EQ(fields(files_.writeFile(folder_.text("copy"), 0, text)),
+              test::done("writeFile", "FileUtility"));
+    EXPECT_EQ(folder_.get("copy"), each + "\r\n");
     Variant content = 1;
-    EXPECT_EQ(fields(files.readBinaryFile(folder.text("file"), content)), test::fresh());
-    EXPECT_TRUE(std::ranges::equal(std::get<Bytes>(content), each, {}, {},
-                                   [](char c) { return static_cast<std::uint8_t>(c); }));
+    EXPECT_EQ(fields(files_.readBinaryFile(folder_.text("file"), content)), test::fresh());
+    EXPECT_EQ(std::get<Bytes>(content), Bytes(each.begin(), each.end()));
   }
-  files.writeFile(folder.text("copy"), 0, u"\u4E2D\u2019");  // the first is not in the page
-  EXPECT_EQ(folder.get("copy"), "?\x92\r\n");
+  files_.writeFile(folder_.text("copy"), 0, u"\u4E2D\u2019");  // the first is not in the page
+  EXPECT_EQ(folder_.get("copy"), "?\x92\r\n");
 }
 
-TEST(WholeFile, WindowsPathsReachTheHost) {
-  test::TemporaryFolder folder;
-  std::filesystem::create_directory(folder.path() / "sub");
-  folder.put("sub/file.txt", "ok");
-  Text windows = folder.text("sub/file.txt");
+TEST_F(WholeFile, WindowsPathsReachTheHost) {
+  folder_.put("sub/file.txt", "ok");
+  Text windows = folder_.text("sub/file.txt");
   std::ranges::replace(windows, u'/', u'\\');
-  setenv("VELTGENERAL_DRIVE_Q", folder.path().c_str(), 1);
+  setenv("VELTGENERAL_DRIVE_Q", folder_.path().c_str(), 1);
   for (const Text& path :
        {windows, Text(u"Q:\\sub\\file.txt"), Text(u"q:/sub/file.txt"), Text(u"Q:sub\\file.txt")}) {
     Text text;
-    EXPECT_TRUE(FileUtility().readFile(path, text).isSuccess()) << toUtf8(path);
+    EXPECT_TRUE(files_.readFile(path, text).isSuccess()) << toUtf8(path);
     EXPECT_EQ(text, u"ok");
   }
   unsetenv("VELTGENERAL_DRIVE_Q");
 }
 
-// Each path for each member: the result says why, nothing hangs, and the caller's value stays.
-TEST(WholeFile, RefusalsHaveNumbersAndLeaveArgumentsAlone) {
-  test::TemporaryFolder folder;
-  std::filesystem::create_directory(folder.path() / "folder");
-  mkfifo(folder.file("fifo").c_str(), 0600);
-  folder.put("file", "x");
+// Each path for each member: the result says why, nothing hangs or stays open, and the caller's
+// value stays.
+TEST_F(WholeFile, RefusalsHaveNumbersAndLeaveArgumentsAlone) {
+  const auto open = [] {
+    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+  };
+  std::filesystem::create_directory(folder_.path() / "folder");
+  mkfifo(folder_.file("fifo").c_str(), 0600);
+  folder_.put("file", "x");
   struct Case {
     Text path;
     int reading;
     int writing;
   };
-  const Case cases[] = {{folder.text("none"), 53, 0},
-                        {folder.text("none/file"), 76, 76},
-                        {folder.text("file/file"), 76, 76},
-                        {folder.text("folder"), 75, 75},
-                        {folder.text("folder/"), 75, 75},
-                        {u"", 75, 75},
-                        {folder.text("fifo"), 57, 57},
-                        {u"/dev/null", 57, 57},
-                        {u"Y:\\file", 76, 76},
-                        {folder.text("nul") + Text(1, u'\0') + u"x", 52, 52},
-                        {folder.text(std::string(300, 'n')), 52, 52}};
-  FileUtility files;
+  std::vector<Case> cases = {{folder_.text("none"), 53, 0},
+                             {folder_.text("none/file"), 76, 76},
+                             {folder_.text("file/file"), 76, 76},
+                             {folder_.text("folder"), 75, 75},
+                             {folder_.text("folder/"), 75, 75},
+                             {u"", 75, 75},
+                             {folder_.text("fifo"), 57, 57},
+                             {u"/dev/null", 57, 57},
+                             {u"Y:\\file", 76, 76},
+                             {folder_.text("nul") + Text(1, u'\0') + u"x", 52, 52},
+                             {folder_.text(std::string(300, 'n')), 52, 52}};
+  if (geteuid() != 0) {  // nothing is denied to root
+    chmod(folder_.put("secret", "x").c_str(), 0200);
+    chmod(folder_.put("closed/file", "x").c_str(), 0600);
+    chmod(folder_.file("closed").c_str(), 0500);
+    cases.push_back({folder_.text("secret"), 70, 0});
+    cases.push_back({folder_.text("closed/new"), 53, 70});
+  }
+  const auto before = open();
   for (const Case& c : cases) {
     SCOPED_TRACE(toUtf8(c.path));
     Text text = u"mine";
     Variant content = 7;
-    EXPECT_EQ(
-        fields(files.readFile(c.path, text)),
-        failure(c.reading, toUtf8(standardMessage(c.reading)).c_str(), "readFile", "FileUtility"));
-    EXPECT_EQ(files.readBinaryFile(c.path, content).numberInfo(), c.reading);
+    EXPECT_EQ(fields(files_.readFile(c.path, text)), failure(c.reading, "readFile", "FileUtility"));
+    EXPECT_EQ(files_.readBinaryFile(c.path, content).numberInfo(), c.reading);
     EXPECT_EQ(text, u"mine");
-    EXPECT_EQ(std::get<int>(content), 7);
-    EXPECT_EQ(files.writeFile(c.path, 0, u"x").numberInfo(), c.writing);
+    EXPECT_EQ(content, Variant(7));
+    EXPECT_EQ(files_.writeFile(c.path, 0, u"x").numberInfo(), c.writing);
   }
+  EXPECT_EQ(open(), before);
 }
 
-TEST(WholeFile, AccessIsDeniedToOthers) {
-  if (geteuid() == 0) GTEST_SKIP() << "nothing is denied to root";
-  test::TemporaryFolder folder;
-  folder.put("secret", "x");
-  chmod(folder.file("secret").c_str(), 0200);
+TEST_F(WholeFile, AFullDiskLeavesAShortFile) {
+  ErrInfo result;
+  {
+    const test::FileLimit disk(70000);
+    result = files_.writeFile(folder_.text("file"), 0, Text(100000, u'x'));
+  }
+  EXPECT_EQ(fields(result), failure(61, "writeFile", "FileUtility"));
+  EXPECT_EQ(folder_.get("file"), std::string(70000, 'x'));
+}
+
+// Files of the kernel hold less than they say, as one does that shrinks while it is read.
+TEST_F(WholeFile, AFileThatEndsTooSoonIsRefused) {
+  const Text kernels = u"/sys/devices/system/cpu/online";
+  std::error_code unknown;
+  if (std::filesystem::file_size(toUtf8(kernels), unknown) < 100 || unknown) return;
   Text text;
-  EXPECT_EQ(fields(FileUtility().readFile(folder.text("secret"), text)),
-            failure(70, "Permission denied", "readFile", "FileUtility"));
-  chmod(folder.path().c_str(), 0500);
-  EXPECT_EQ(FileUtility().writeFile(folder.text("new"), 0, u"x").numberInfo(), 70);
-  chmod(folder.path().c_str(), 0700);
+  EXPECT_EQ(fields(files_.readFile(kernels, text)), failure(62, "readFile", "FileUtility"));
 }
 
-TEST(WholeFile, CountsNormalFilesThatMatch) {
-  test::TemporaryFolder folder;
-  FileUtility files;
-  for (const char* name : {"a.txt", "B.TXT", "c.doc", "noext", ".hidden.txt"}) folder.put(name, "");
-  files.writeFile(folder.text("hid.txt"), 2, u"");
-  files.writeFile(folder.text("sys.txt"), 4, u"");
-  files.writeFile(folder.text("ro.txt"), 33, u"");
-  std::filesystem::create_directory(folder.path() / "dir.txt");
-  std::filesystem::create_symlink(folder.path() / "a.txt", folder.path() / "link.txt");
-  mkfifo(folder.file("fifo.txt").c_str(), 0600);
-  const bool kept = [&] {
-    std::int16_t count = 0;
-    files.numFileInDir(folder.text("hid.txt"), count);
-    return count == 0;  // else the file system keeps no attributes
-  }();
-  struct Case {
-    Text pattern;
-    int count;
+TEST_F(WholeFile, NormalFilesThatMatchAreCounted) {
+  for (const char* name : {"a.txt", "B.TXT", "c.doc", "noext", ".hidden.txt"})
+    folder_.put(name, "");
+  files_.writeFile(folder_.text("hid.txt"), 2, u"");
+  files_.writeFile(folder_.text("sys.txt"), 4, u"");
+  files_.writeFile(folder_.text("ro.txt"), 33, u"");
+  std::filesystem::create_directory(folder_.path() / "dir.txt");
+  std::filesystem::create_symlink(folder_.path() / "a.txt", folder_.path() / "link.txt");
+  mkfifo(folder_.file("fifo.txt").c_str(), 0600);
+  std::int16_t count = 0;
+  files_.numFileInDir(folder_.text("hid.txt"), count);
+  const int hidden = count == 0 ? 0 : 2;  // where the file system keeps no attributes
+  const std::pair<const char*, int> cases[] = {
+      {"", 6 + hidden}, {"*", 6 + hidden}, {"*.*", 6 + hidden}, {"*.txt", 4 + hidden}, {"?.txt", 2},
+      {"NOEXT", 1},     {"dir.txt", 0},    {"no/such/*", 0},    {"a.txt/*", 0},
   };
-  const int hidden = kept ? 0 : 2;
-  const Case cases[] = {
-      {folder.text(""), 6 + hidden},    {folder.text("*"), 6 + hidden},
-      {folder.text("*.*"), 6 + hidden}, {folder.text("*.txt"), 4 + hidden},
-      {folder.text("?.txt"), 2},        {folder.text("NOEXT"), 1},
-      {folder.text("dir.txt"), 0},      {folder.text("no/such/*"), 0},
-      {folder.text("a.txt/*"), 0},
-  };
-  for (const Case& c : cases) {
-    std::int16_t count = -1;
-    EXPECT_EQ(fields(files.numFileInDir(c.pattern, count)),
-              std::tuple(0, "Operazione eseguita correttamente", 3, "numFileInDir", "FileUtility",
-                         "VELTGENERAL", ""));
-    EXPECT_EQ(count, c.count) << toUtf8(c.pattern);
+  for (const auto& [pattern, expected] : cases) {
+    EXPECT_EQ(fields(files_.numFileInDir(folder_.text(pattern), count)),
+              test::done("numFileInDir", "FileUtility"));
+    EXPECT_EQ(count, expected) << pattern;
   }
-  std::int16_t count = 5;
-  EXPECT_EQ(fields(files.numFileInDir(u"Y:\\*", count)),
-            failure(76, "Path not found", "numFileInDir", "FileUtility"));
+  count = 5;
+  EXPECT_EQ(fields(files_.numFileInDir(u"Y:\\*", count)),
+            failure(76, "numFileInDir", "FileUtility"));
   EXPECT_EQ(count, 5);
 }
 
-TEST(WholeFile, TheCounterOverflowsAt16Bits) {
-  test::TemporaryFolder folder;
-  for (int i = 0; i < 32767; ++i) close(creat(folder.file(std::to_string(i)).c_str(), 0600));
+TEST_F(WholeFile, TheCounterOverflowsAt16Bits) {
+  for (int i = 0; i < 32767; ++i) close(creat(folder_.file(std::to_string(i)).c_str(), 0600));
   std::int16_t count = 0;
-  EXPECT_TRUE(FileUtility().numFileInDir(folder.text(""), count).isSuccess());
+  EXPECT_TRUE(files_.numFileInDir(folder_.text(""), count).isSuccess());
   EXPECT_EQ(count, 32767);
-  folder.put("one more", "");
+  folder_.put("one more", "");
   count = 9;
-  EXPECT_EQ(fields(FileUtility().numFileInDir(folder.text(""), count)),
-            failure(6, "Overflow", "numFileInDir", "FileUtility"));
+  EXPECT_EQ(fields(files_.numFileInDir(folder_.text(""), count)),
+            failure(6, "numFileInDir", "FileUtility"));
   EXPECT_EQ(count, 9);
 }
 

@@ -8,6 +8,7 @@
 #include <tuple>
 
 #include "veltgeneral/err_info.h"
+#include "veltgeneral/runtime_error.h"
 
 namespace veltgeneral {
 
@@ -30,6 +31,17 @@ inline auto failure(std::int32_t number, const char* message, const char* locati
                     const char* className) {
   return std::tuple(number, std::string(message), std::int16_t{1}, std::string(location),
                     std::string(className), std::string("VELTGENERAL"), std::string());
+}
+
+// With the standard message of the number.
+inline auto failure(std::int32_t number, const char* location, const char* className) {
+  return failure(number, toUtf8(standardMessage(number)).c_str(), location, className);
+}
+
+inline auto done(const char* location, const char* className) {
+  return std::tuple(0, std::string("Operazione eseguita correttamente"), std::int16_t{3},
+                    std::string(location), std::string(className), std::string("VELTGENERAL"),
+                    std::string());
 }
 
 // Of the members that name the module where others name the class: a success without a message, or

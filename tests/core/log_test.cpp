@@ -119,34 +119,33 @@ TEST_F(Log, RotatesStrictlyAboveTheLimit) {
 }
 
 TEST_F(Log, FailuresAreSwallowedStepByStep) {
-  const std::string big(200, 'x');
-  const std::string old = own + ".old";
-  const auto expectAfterOne = [&](const std::string& log, const std::string& rotated) {
-    platform::appendToLog(own, 100, "new\r\n");
-    EXPECT_EQ(at(own), log);
-    EXPECT_TRUE(fs::is_directory(old) || at(old) == rotated);
+  const std::string big(200, 'x'), old = own + ".old";
+  const struct {
+    unsigned folder, log;
+    const char* old;  // read-only, where there is one
+    std::string after, rotated;
+  } kCases[] = {
+      {0755, 0644, "keep", big + "new", "keep"},  // nothing takes its place: the log grows on
+      {0755, 0444, nullptr, big, big},            // copied, cannot be deleted, takes no line
+      {0555, 0644, nullptr, big + "new", "-"},
   };
-  // ".old" cannot be replaced: the file goes on growing.
+  for (const auto& c : kCases) {
+    host.put("drive/app.log", big);
+    fs::permissions(own, fs::perms(c.log));
+    if (c.old) fs::permissions(host.put("drive/app.log.old", c.old), fs::perms(0444));
+    fs::permissions(host / "drive", fs::perms(c.folder));
+    platform::appendToLog(own, 100, "new");
+    platform::appendToLog(host / "drive/other.log", 100, "new");
+    EXPECT_EQ(std::tuple(at(own), at(old)), std::tuple(c.after, c.rotated));
+    EXPECT_EQ(fs::exists(host / "drive/other.log"), c.folder == 0755);
+    fs::permissions(host / "drive", fs::perms(0755));
+    for (const char* name : {"drive/app.log", "drive/app.log.old", "drive/other.log"})
+      fs::remove(host / name);
+  }
   fs::create_directory(old);
-  test::setContent(own, big);
-  expectAfterOne(big + "new\r\n", "");
-  fs::remove(old);
-  test::setContent(old, "keep");
-  fs::permissions(old, fs::perms(0444));
-  expectAfterOne(big + "new\r\nnew\r\n", "keep");
-  // A read-only file is copied, cannot be deleted, and takes no line.
-  fs::remove(old);
-  test::setContent(own, big);
-  fs::permissions(own, fs::perms(0444));
-  expectAfterOne(big, big);
-  // A read-only folder.
-  fs::permissions(own, fs::perms(0644));
-  fs::remove(old);
-  fs::permissions(host / "drive", fs::perms(0555));
-  expectAfterOne(big + "new\r\n", "-");
-  platform::appendToLog(host / "drive/other.log", 100, "new");
-  EXPECT_EQ(at(host / "drive/other.log"), "-");
-  fs::permissions(host / "drive", fs::perms(0755));
+  host.put("drive/app.log", big);
+  platform::appendToLog(own, 100, "new");
+  EXPECT_EQ(at(own), big + "new");
   // No folder, no name, a full device.
   for (const TextView path : {u"C:\\no\\app.log", u"", u"Q:\\x", u"C:\\"})
     EXPECT_TRUE(write(1, path).isSuccess());

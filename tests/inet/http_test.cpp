@@ -1,7 +1,9 @@
 // Answers of real servers, good and bad ones, through the class.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <fstream>
+#include <map>
 #include <numeric>
 
 #include "automation/code_page.h"
@@ -20,6 +22,7 @@ constexpr const char* kServers = R"(
     location /chunked/ { ssi on; default_type text/html; }
     location /request { return 200 "$request"; }
     location /headers { return 200 "$http_user_agent|$http_cache_control|$http_pragma|$http_x_a|$http_x_b"; }
+    location /via { return 200 "via:$http_via"; }
     location /500 { return 500 "it broke"; }
     location /empty { return 204; }
     location /moved { return 302 /request; }
@@ -39,43 +42,35 @@ std::string megabytes(std::size_t count) {
 TEST(Http, BodiesComeAsTheyAre) {
   const TemporaryFolder folder;
   const Nginx nginx(folder, kServers);
-  const std::string big = megabytes(9);
   std::string all(256, '\0');
   std::iota(all.begin(), all.end(), '\0');
-  folder.put("www/page", big.substr(0, 4096));
-  folder.put("www/big", big);
-  folder.put("www/chunked/big", big);
-  folder.put("www/all", all);
-  folder.put("www/with blank", "blank");
   folder.put("www/\xE8", "accent");  // code page 1252
-
-  using Body = std::optional<std::string>;
   Session session;
-  session.open(nginx.url("/login"));  // stays open: its cookie is the session's
-  const std::pair<const char*, Body> kCases[] = {{"/home", "me"},
-                                                 {"/page", big.substr(0, 4096)},
-                                                 {"/big", big},
-                                                 {"/chunked/big", big},
-                                                 {"/none", ""},
-                                                 {"/empty", ""},
-                                                 {"/500", "it broke"},
-                                                 {"/with blank", "blank"},
-                                                 {"/è", "accent"},
-                                                 {"/request", "GET /request HTTP/1.1"},
-                                                 {"/moved", "GET /request HTTP/1.1"},
-                                                 {"/login", "me"},
-                                                 {"/loop", std::nullopt},
-                                                 {"/file", std::nullopt},
-                                                 {"/ftp", std::nullopt}};
-  for (const auto& [path, body] : kCases) {
-    const Body fetched = session.fetch(nginx.url(path));
-    EXPECT_TRUE(fetched == body) << path << fetched.value_or("failed").substr(0, 200);
+  for (const auto& [name, content] :
+       std::map<std::string, std::string>{{"page", std::string(4096, 'p')},
+                                          {"big", megabytes(9)},
+                                          {"chunked/big", megabytes(9)},
+                                          {"with blank", "blank"},
+                                          {"none", ""},
+                                          {"all", all}}) {
+    folder.put("www/" + name, content);
+    EXPECT_TRUE(toBytes(fromUtf8(session.fetch(nginx.url("/" + name)).value_or("-"))) == content)
+        << name;
   }
-  EXPECT_NE(session.fetch(nginx.url("/missing")).value_or("").find("404"), std::string::npos);
   // Every byte is a character: the page's, or the control code of its number.
-  const Text text = fromUtf8(session.fetch(nginx.url("/all")).value_or(""));
-  EXPECT_EQ(toBytes(text), all);
-  EXPECT_EQ(text.substr(0x80, 2), u"€\x81");
+  EXPECT_EQ(fromUtf8(session.fetch(nginx.url("/all")).value_or("")).substr(0x80, 2), u"€\x81");
+  session.open(nginx.url("/login"));  // stays open: its cookie is the session's
+  constexpr std::pair<const char*, const char*> kAnswers[] = {{"/home", "me"},
+                                                              {"/login", "me"},
+                                                              {"/è", "accent"},
+                                                              {"/empty", ""},
+                                                              {"/500", "it broke"},
+                                                              {"/request", "GET /request HTTP/1.1"},
+                                                              {"/moved", "GET /request HTTP/1.1"}};
+  for (const auto& [path, body] : kAnswers) EXPECT_EQ(session.fetch(nginx.url(path)), body);
+  for (const char* path : {"/loop", "/file", "/ftp"})
+    EXPECT_EQ(session.fetch(nginx.url(path)), std::nullopt) << path;
+  EXPECT_NE(session.fetch(nginx.url("/missing")).value_or("").find("404"), std::string::npos);
 }
 
 TEST(Http, HeadersAreTheCallers) {
@@ -90,6 +85,35 @@ TEST(Http, HeadersAreTheCallers) {
   for (const auto& [headers, seen] : kCases)
     EXPECT_EQ(session.fetch(nginx.url("/headers"), headers), seen);
   EXPECT_EQ(Session(Missing{}).fetch(nginx.url("/headers")), "WinInet!|no-cache|no-cache||");
+}
+
+// The proxy adds a Via header.
+TEST(Http, EachSessionGoesItsWay) {
+  const TemporaryFolder folder;
+  const Nginx nginx(folder, kServers);
+  const TinyProxy proxy(folder);
+  const std::string address = proxy.address();
+  ::setenv("http_proxy", ("http://" + address).c_str(), 1);
+
+  const auto way = [&](Session& session) {
+    const std::string body = session.fetch(nginx.url("/via")).value_or("failed");
+    return body == "via:" ? "direct" : body.find("the-proxy") != body.npos ? "proxy" : body;
+  };
+  const auto named = [&](const std::string& name) {
+    Session session(Variant(fromUtf8(name)));
+    return way(session);
+  };
+  Session preconfigured, direct{Variant(Missing{})};
+  EXPECT_EQ(way(preconfigured), "proxy");
+  EXPECT_EQ(way(direct), "direct");
+  ::setenv("no_proxy", "127.0.0.1", 1);
+  EXPECT_EQ(way(preconfigured), "direct");
+  EXPECT_EQ(named(address), "proxy");
+  EXPECT_EQ(named("http=" + address + ";https=127.0.0.1:1"), "proxy");
+  EXPECT_EQ(named("https=" + address), "direct");
+  EXPECT_EQ(named("127.0.0.1:1"), "failed");
+  // The field has 100 characters: what lies beyond them is cut off.
+  EXPECT_EQ(named(std::string(100 - address.size(), ' ') + address + "9"), "proxy");
 }
 
 TEST(Http, ASessionKeepsItsConnection) {

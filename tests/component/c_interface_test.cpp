@@ -77,6 +77,11 @@ TEST(CInterface, ValuesTakeAnotherKindOrStayAsTheyAre) {
   EXPECT_EQ(single, 70000.0F);
   EXPECT_EQ(vg_value_get_int16(text, &half), 6);
   EXPECT_EQ(half, 3);
+  // Bytes and objects are never made from another kind.
+  const std::uint8_t* bytes = nullptr;
+  Handle object;
+  EXPECT_EQ(vg_value_get_bytes(text, &bytes, nullptr), 13);
+  EXPECT_EQ(vg_value_get_object(text, &object.handle), 13);
 }
 
 TEST(CInterface, TextsAreCounted) {
@@ -228,6 +233,7 @@ TEST(CInterface, HostsFindWhatWasRegistered) {
   EXPECT_FALSE(registered("ErrInfo"));
   EXPECT_EQ(DllRegisterServer(), 0);
   EXPECT_EQ(DllRegisterServer(), 0);
+  EXPECT_FALSE(registered("X"));
   EXPECT_FALSE(registered("ErrInfo", 8));
   EXPECT_TRUE(registered("VELTGENERAL.fileutility"));
   Dl_info image;

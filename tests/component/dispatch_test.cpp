@@ -64,6 +64,7 @@ TEST(Call, NamedArgumentsComeInAnyOrderAndOptionalOnesMayBeMissing) {
 
 TEST(Call, WrongCallsRaiseTheirNumberAndChangeNothing) {
   const ObjectRef object = createObject(u"ErrInfo");
+  const ObjectRef files = createObject(u"FileUtility");
   const auto foreign = std::make_shared<Record>();
   Variants values = filled();
   object->call(u"ErrInfo", kMethod, values);
@@ -101,6 +102,10 @@ TEST(Call, WrongCallsRaiseTheirNumberAndChangeNothing) {
       {"in/out, one of a wrong kind", 13, {Empty{}, 5, TextArray({1, 2}), 6}, call(u"getInfo")},
       {"no record", 13, {5}, call(u"ErrInfoNew")},
       {"an object that is not set", 13, {ObjectRef()}, call(u"ErrInfoNew")},
+      {"a text for an array",
+       13,
+       {d, d, 0, 0},
+       [&](auto& a) { files->call(u"getArrayFromCsvFile", kMethod, a); }},
       {"an unknown argument name", 448, filled(), named(unknown)},
       {"an argument by position and name", 450, filled(), named(twice)},
       {"a name given twice", 450, filled(), named(twiceByName)},

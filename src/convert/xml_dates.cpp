@@ -38,16 +38,18 @@ bool copyDate(TextView xml, char16_t* digits) {
   return copied && isFixedStamp({digits, kZeros.size()});
 }
 
+// Of 14 digits.
+Text inXml(const char16_t* digits) {
+  Text xml(kXmlForm);
+  std::copy_n(digits, kYearSize, xml.data());
+  for (const Field& field : kFields) std::copy_n(digits + field.digits, 2, xml.data() + field.xml);
+  return xml;
+}
+
 }  // namespace
 
 Text Funzioni::getDate2Xml(TextView sDate) const {
-  if (!isFixedStamp(sDate)) return {};
-  Text xml(kXmlForm);
-  std::copy_n(sDate.data(), kYearSize, xml.data());
-  for (const Field& field : kFields) {
-    std::copy_n(sDate.data() + field.digits, 2, xml.data() + field.xml);
-  }
-  return xml;
+  return isFixedStamp(sDate) ? inXml(sDate.data()) : Text();
 }
 
 Variant Funzioni::getDateFromXml(TextView sDate) const {

@@ -79,6 +79,13 @@ class Results(VeltTest):
              "  processInfo:\n  classInfo:\n  stepInfo:\nsTextFile: one\r\ntwo\n"),
         ])
 
+    def test_a_code_page_without_ascii(self):
+        self.environment["VELTGENERAL_CODEPAGE"] = "CP037"
+        for member, given, out, expected in [("simpleEncrypt", "abz", "sEncrypted", "\u00bb\u00f0\u00b7"),
+                                             ("simpleDecrypt", "\u00bb\u00f0\u00b7", "sDecrypted", "abz")]:
+            said = self.answer("call", "Funzioni." + member, given)
+            self.assertEqual(said["arguments"], {out: expected})
+
     def test_bytes_and_output(self):
         content = bytes(range(256)) * 3
         for size in (766, 767, 768):

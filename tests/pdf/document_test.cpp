@@ -144,13 +144,14 @@ TEST_F(Document, EveryPublishedExampleIsUnderstood) {
   const std::string examples = SOURCE_DIR "/examples/invoice/";
   generator_.folder.put("logo.png", test::contentOf(examples + "logo.png"));
   EXPECT_EQ(generator_.make(test::contentOf(examples + "invoice.txt")).pages.size(), 1u);
-  std::string page = test::contentOf(SOURCE_DIR "/docs/pdf-commands.md");
+  const std::string page = test::contentOf(SOURCE_DIR "/docs/pdf-commands.md");
   constexpr std::string_view kFence = "\n```\n";
   int count = 0;
-  for (; test::skipBehind(page, kFence); ++count) {
-    const std::string example = page.substr(0, page.find(kFence));
+  for (std::size_t end = 0, at = 0; (at = page.find(kFence, end)) != std::string::npos; ++count) {
+    end = page.find(kFence, at + 1);
+    const std::string example = page.substr(at + kFence.size(), end - at - kFence.size());
     EXPECT_EQ(generator_.run(example).message, "") << example;
-    test::skipBehind(page, kFence);
+    end += kFence.size();
   }
   EXPECT_GE(count, 10);
 }

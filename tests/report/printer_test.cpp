@@ -1,19 +1,66 @@
 // Printed documents: as PDF files, through the scheduler, and straight to a printer.
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <thread>
 
 #include "core/host_events.h"
-#include "report/print_system.h"
 #include "support/error_of.h"
 #include "support/file_limit.h"
 #include "support/pdf_text.h"
+#include "support/ports.h"
+#include "support/process.h"
+#include "support/temporary_folder.h"
 #include "veltgeneral/reporting.h"
 
 namespace veltgeneral {
 namespace {
 
 using test::PdfText;
+
+// A scheduler on loopback, without the rights of root, with all its files in a temporary folder.
+// Its queues lead nowhere; it keeps what they were given.
+class PrintSystem {
+ public:
+  PrintSystem() {
+    std::string files = "ServerRoot " + folder_ / "" + "\nTempDir " + folder_ / "" + "\n";
+    for (const std::string name :
+         {"RequestRoot", "CacheDir", "StateDir", "AccessLog", "ErrorLog", "PageLog"})
+      files.append(name).append(" ").append(folder_ / name).append("\n");
+    folder_.put("files.conf", files);
+    folder_.put("cupsd.conf", "Listen " + address() +
+                                  "\nBrowsing Off\nDirtyCleanInterval 0\nPreserveJobFiles Yes\n"
+                                  "<Policy default>\n<Limit All>\nOrder allow,deny\nAllow all\n"
+                                  "</Limit>\n</Policy>\n");
+    constexpr unsigned kNobody = test::Process::kNobody;
+    EXPECT_TRUE(::geteuid() != 0 || ::chown(folder_.path().c_str(), kNobody, kNobody) == 0);
+    ::setenv("CUPS_SERVER", address().c_str(), 1);
+    scheduler_.emplace(std::vector<std::string>{"cupsd", "-f", "-c", folder_ / "cupsd.conf", "-s",
+                                                folder_ / "files.conf"},
+                       test::Process::Options{.unprivileged = true});
+    EXPECT_TRUE(test::waitUntil([] { return test::listening(kPort); }));
+  }
+  ~PrintSystem() { ::unsetenv("CUPS_SERVER"); }
+
+  static std::string address() { return "127.0.0.1:" + std::to_string(kPort); }
+
+  // The document of the next job.
+  std::string received() {
+    return folder_ / ("RequestRoot/d0000" + std::to_string(++jobs_) + "-001");
+  }
+  // Whether that job says `text`.
+  bool jobSays(const std::string& text) const {
+    const std::string job = "RequestRoot/c0000" + std::to_string(jobs_);
+    return test::waitUntil([&] { return folder_.get(job).find(text) != std::string::npos; });
+  }
+
+ private:
+  const test::TemporaryFolder folder_;
+  // One for all: a thread of the print system's library looks for its scheduler once.
+  inline static const int kPort = test::freePort();
+  int jobs_ = 0;
+  std::optional<test::Process> scheduler_;
+};
 
 void printTwoPages(Reporting& report) {
   Variant size = 14.0;
@@ -137,13 +184,12 @@ TEST_F(PrinterTest, ManyThreadsEachWithItsOwnDocument) {
 }
 
 TEST_F(PrinterTest, JobsOfThePrintSystem) {
-  const std::string direct = "ipp://" + test::PrintSystem::address() + "/printers/office";
+  const std::string direct = "ipp://" + PrintSystem::address() + "/printers/office";
   {
-    test::PrintSystem system;
+    PrintSystem system;
     choose("");
     EXPECT_EQ(errorOfPrinting(), 482);  // there is no queue at all
-    system.administer({"lpadmin", "-p", "office", "-E", "-v", "file:/dev/null"});
-    system.administer({"lpadmin", "-d", "office"});
+    test::outputOf("lpadmin -p office -E -v file:/dev/null 2>&1 && lpadmin -d office");
     for (const std::string& queue : {std::string(), std::string("office"), direct}) {
       choose(queue);
       EXPECT_EQ(errorOfPrinting(), 0) << queue;
@@ -156,9 +202,9 @@ TEST_F(PrinterTest, JobsOfThePrintSystem) {
     // A queue that takes no jobs refuses the document when it is sent; the next one goes well.
     choose("office");
     report_.prtLayoutPaginaBase();
-    system.administer({"cupsreject", "office"});
+    test::outputOf("cupsreject office");
     EXPECT_EQ(errorOf([&] { report_.closeReport(); }), 482);
-    system.administer({"cupsaccept", "office"});
+    test::outputOf("cupsaccept office");
     EXPECT_EQ(errorOfPrinting(), 0);
     expectTwoPages(system.received());
   }

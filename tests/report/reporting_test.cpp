@@ -16,7 +16,7 @@ namespace {
 using platform::ErrorNumber;
 using platform::ReportSurface;
 
-// What is asked of the surfaces; a text comes with the font and the place that it gets.
+// What is asked of the surfaces, call by call.
 struct Record {
   std::string calls;    // each ends in "; "
   std::string refused;  // the call of that name answers 482
@@ -27,28 +27,25 @@ struct Record {
     line << call;
     ((line << ' ' << words), ...);
     calls += line.str() + "; ";
-    return answer(call);
+    return refused == call ? 482 : 0;
   }
-  ErrorNumber answer(const char* call) const { return refused == call ? 482 : 0; }
 };
 
 class RecordingSurface : public ReportSurface {
  public:
   explicit RecordingSurface(Record& record) : record_(record) {}
 
-  ErrorNumber setFontName(TextView v) noexcept override { return set("face", face_, toUtf8(v)); }
-  ErrorNumber setFontSize(float v) noexcept override { return set("size", size_, v); }
-  ErrorNumber setFontBold(bool v) noexcept override { return set("bold", bold_, v); }
-  ErrorNumber setFontItalic(bool v) noexcept override { return set("italic", italic_, v); }
-  ErrorNumber setCurrentX(float v) noexcept override { return set("x", x_, v); }
-  ErrorNumber setCurrentY(float v) noexcept override { return set("y", y_, v); }
-  ErrorNumber getCurrentX(float& v) noexcept override { return set("x?", v, x_); }
-  ErrorNumber getCurrentY(float& v) noexcept override { return set("y?", v, y_); }
+  ErrorNumber setFontName(TextView v) noexcept override { return record_.note("face", toUtf8(v)); }
+  ErrorNumber setFontSize(float v) noexcept override { return record_.note("size", v); }
+  ErrorNumber setFontBold(bool v) noexcept override { return record_.note("bold", v); }
+  ErrorNumber setFontItalic(bool v) noexcept override { return record_.note("italic", v); }
+  ErrorNumber setCurrentX(float v) noexcept override { return record_.note("x", x_ = v); }
+  ErrorNumber setCurrentY(float v) noexcept override { return record_.note("y", y_ = v); }
+  ErrorNumber getCurrentX(float& v) noexcept override { return record_.note("x is", v = x_); }
+  ErrorNumber getCurrentY(float& v) noexcept override { return record_.note("y is", v = y_); }
   ErrorNumber printText(TextView text) noexcept override {
-    const float left = x_;
     x_ += 100 * static_cast<float>(text.size());
-    return record_.note("text", toUtf8(text), face_, size_, bold_ ? "bold" : "light",
-                        italic_ ? "slanted" : "upright", left, y_);
+    return record_.note("text", toUtf8(text));
   }
   ErrorNumber drawBox(float x1, float y1, float x2, float y2, std::int32_t c) noexcept override {
     return record_.note("box", x1, y1, x2, y2, c);
@@ -59,16 +56,8 @@ class RecordingSurface : public ReportSurface {
   ErrorNumber unload() noexcept override { return record_.note("unload"); }
 
  private:
-  template <class T>
-  ErrorNumber set(const char* call, T& to, const T& value) {
-    to = value;
-    return record_.answer(call);
-  }
-
   Record& record_;
-  std::string face_;
-  float size_ = 0, x_ = 0, y_ = 0;
-  bool bold_ = false, italic_ = false;
+  float x_ = 0, y_ = 0;
 };
 
 struct RecordingSurfaces : platform::ReportSurfaces {
@@ -105,6 +94,18 @@ std::string box(double x1, double y1, double x2, double y2, std::int32_t color =
   return record.calls;
 }
 
+// A text: its font, its place, where a y of 0 is not asked for, and its characters.
+std::string text(const char* words, double size, bool bold, bool italic, double x, double y) {
+  Record record;
+  record.note("face Courier New; size", size);
+  record.note("bold", bold);
+  record.note("italic", italic);
+  record.note("x", x);
+  if (y != 0) record.note("y", y);
+  record.note("text", words);
+  return record.calls;
+}
+
 void session(Reporting& report) {
   report.openReport();
   report.newPage();
@@ -138,6 +139,7 @@ TEST(Reporting, AsksTheSurfaceInForce) {
   const std::string bars =
       box(567, 567, 10773, 578.34, kGrey) + box(567, 15309, 10773, 15320.3, kGrey) +
       box(567, 567, 578.34, 15309, kGrey) + box(10773, 567, 10784.3, 15309, kGrey);
+  const std::string shown = text("abc", 7, false, true, 476.28, 793.8);
   const struct {
     std::int32_t mode;
     std::function<void(Reporting&)> draw;
@@ -153,27 +155,23 @@ TEST(Reporting, AsksTheSurfaceInForce) {
       {torFORM, boxOf(255), box(396.9, 793.8, 1190.7, 1587.6, 255) + "service; "},
       // A place of 0 stays on the line of the text before.
       {torPRINTER, twoTexts,
-       "paper 9; text è Courier New 10 bold upright 5670 2835; "
-       "text same line Courier New 10 light slanted 567 2835; "},
+       "paper 9; " + text("è", 10, true, false, 5670, 2835) +
+           text("same line", 10, false, true, 567, 0)},
       {torFORM, twoTexts,
-       "text è Courier New 7 bold upright 3969 1984.5; service; "
-       "text same line Courier New 7 light slanted 396.9 1984.5; service; "},
+       text("è", 7, true, false, 3969, 1984.5) + "service; " +
+           text("same line", 7, false, true, 396.9, 0) + "service; "},
       // The printed band ends where the text did, 300 twips from its start, and covers it.
       {torPRINTER, band,
-       "paper 9; text abc Courier New 10 light slanted 680.4 1134; " +
+       "paper 9; " + text("abc", 10, false, true, 680.4, 1134) + "x is 980.4; y is 1134; " +
            box(567, 1134, 980.4, 1417.5, 0x00FFFF)},
-      {torFORM, band,
-       "text abc Courier New 7 light slanted 476.28 793.8; " +
-           box(396.9, 793.8, 2460.78, 952.56, 0x00FFFF) +
-           "text abc Courier New 7 light slanted 476.28 793.8; service; "},
+      {torFORM, band, shown + box(396.9, 793.8, 2460.78, 952.56, 0x00FFFF) + shown + "service; "},
       {torPRINTER, [](Reporting& report) { report.prtLayoutPaginaBase(); }, "paper 9; " + frame},
       {torPRINTER, framed(Missing{}, std::int32_t{3}, false),
-       "paper 9; " + frame + "text Pagina: 3 Courier New 10 light upright 9072 15365.7; "},
+       "paper 9; " + frame + text("Pagina: 3", 10, false, false, 9072, 15365.7)},
       {torPRINTER, framed(Text(u"ab"), Missing{}, std::int16_t{-1}),
        "paper 9; " + bars + box(567, 1134, 10773, 1145.34, kGrey) +
-           "text ab Courier New 14 bold upright 5726.7 680.4; " +
-           box(567, 14742, 10773, 14753.3, kGrey) +
-           "text ab Courier New 12 bold upright 5726.7 14855.4; "},
+           text("ab", 14, true, false, 5726.7, 680.4) + box(567, 14742, 10773, 14753.3, kGrey) +
+           text("ab", 12, true, false, 5726.7, 14855.4)},
   };
   for (const auto& c : cases) EXPECT_EQ(asked(c.mode, c.draw), c.calls) << c.mode;
 }
@@ -183,14 +181,15 @@ TEST(Reporting, HeadersAreCentredByTheirCharacters) {
     return asked(torPRINTER,
                  [&](Reporting& report) { report.prtLayoutPaginaBase(Text(length, u'm')); });
   };
-  constexpr std::pair<std::size_t, const char*> kCases[] = {
+  constexpr std::pair<std::size_t, double> kCases[] = {
       // twips of 2 cm + 0.3 cm a blank cell
-      {6, "5386.5"}, {5, "5556.6"}, {7, "5216.4"},  // halves go to the even neighbour
-      {0, "5896.8"}, {56, "1134"},  {57, "1134"},  {58, "963.9"}, {59, "793.8"},
+      {6, 5386.5}, {5, 5556.6}, {7, 5216.4},  // halves go to the even neighbour
+      {0, 5896.8}, {56, 1134},  {57, 1134},  {58, 963.9}, {59, 793.8},
   };
-  for (const auto& [length, x] : kCases)
-    EXPECT_TRUE(withHeader(length).ends_with(" bold upright " + std::string(x) + " 680.4; "))
-        << withHeader(length);
+  for (const auto& [length, x] : kCases) {
+    const std::string header(length, 'm');
+    EXPECT_TRUE(withHeader(length).ends_with(text(header.c_str(), 14, true, false, x, 680.4)));
+  }
   EXPECT_EQ(errorOf([&] { withHeader(32768); }), 6);
 }
 
@@ -198,11 +197,9 @@ TEST(Reporting, TheDateStandsBelowTheFrame) {
   const ScopedLocale locale("it_IT");
   const auto minute = [] {
     const std::time_t now = std::time(nullptr);
-    char text[80];
-    std::strftime(text, sizeof text,
-                  "; text %d/%m/%Y  %H:%M Courier New 10 light upright 1134 15365.7; ",
-                  std::localtime(&now));
-    return std::string(text);
+    char date[20];
+    std::strftime(date, sizeof date, "%d/%m/%Y  %H:%M", std::localtime(&now));
+    return text(date, 10, false, false, 1134, 15365.7);
   };
   const std::string before = minute();
   const std::string calls = asked(torPRINTER, [](Reporting& report) {
@@ -226,8 +223,8 @@ TEST(Reporting, ErrorsReachTheCaller) {
   EXPECT_EQ(errorOn(torFORM, Text(u"one"), 10.0), 13);
   EXPECT_EQ(errorOn(torFORM, 1.0, Null{}), 94);
   EXPECT_EQ(errorOn(torFORM, 1e40, 10.0), 6);
-  for (const char* call : {"paper", "face", "size", "bold", "italic", "x", "y", "text", "x?", "y?",
-                           "box", "page", "end"}) {
+  for (const char* call : {"paper", "face", "size", "bold", "italic", "x", "y", "text", "x is",
+                           "y is", "box", "page", "end"}) {
     surfaces.record.refused = call;
     EXPECT_EQ(errorOn(torPRINTER, 1.0, 10.0), 482) << call;
   }

@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,13 +21,6 @@ inline std::string outputOf(const std::string& command) {
   return out;
 }
 
-// Drops what comes before `mark` and the mark; false, and nothing changed, where there is none.
-inline bool skipBehind(std::string& text, std::string_view mark) {
-  const std::size_t at = text.find(mark);
-  if (at != std::string::npos) text.erase(0, at + mark.size());
-  return at != std::string::npos;
-}
-
 // In points.
 struct Word {
   int page = 0;  // from 1
@@ -36,17 +30,18 @@ struct Word {
 
 struct PdfText {
   explicit PdfText(const std::string& file) {
-    std::string all = outputOf("pdftotext -bbox '" + file + "' - 2>/dev/null");
-    while (skipBehind(all, "<page ")) {
-      std::string rest = all.substr(0, all.find("</page>"));
-      pages.push_back(size(rest));
-      while (skipBehind(rest, "<word")) {
-        Word& word = words.emplace_back();
-        word.page = static_cast<int>(pages.size());
-        for (double* edge : {&word.left, &word.top, &word.right, &word.bottom})
-          *edge = skipBehind(rest, "=\"") ? std::stod(rest) : -1;
-        if (skipBehind(rest, ">")) word.text = rest.substr(0, rest.find("</word>"));
-      }
+    constexpr char kPage[] = " <page width=\"%lf\" height=\"%lf\"";
+    constexpr char kWord[] = " <word xMin=\"%lf\" yMin=\"%lf\" xMax=\"%lf\" yMax=\"%lf\"";
+    std::istringstream all(outputOf("pdftotext -bbox '" + file + "' - 2>/dev/null"));
+    for (std::string line; std::getline(all, line);) {
+      double x = 0, y = 0;
+      Word w{static_cast<int>(pages.size()), 0, 0, 0, 0, {}};
+      if (std::sscanf(line.c_str(), kPage, &x, &y) == 2)
+        pages.push_back(std::to_string(std::lround(x)) + " x " + std::to_string(std::lround(y)));
+      if (std::sscanf(line.c_str(), kWord, &w.left, &w.top, &w.right, &w.bottom) != 4) continue;
+      w.text = line.substr(line.find('>') + 1);
+      w.text.erase(w.text.find('<'));
+      words.push_back(w);
     }
   }
 
@@ -66,14 +61,6 @@ struct PdfText {
 
   std::vector<std::string> pages;  // "width x height" in whole points
   std::vector<Word> words;
-
- private:
-  static std::string size(std::string page) {
-    std::string out;
-    for (const char* between : {" x ", ""})
-      if (skipBehind(page, "=\"")) out += std::to_string(std::lround(std::stod(page))) + between;
-    return out;
-  }
 };
 
 }  // namespace veltgeneral::test

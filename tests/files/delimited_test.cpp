@@ -14,7 +14,7 @@ namespace {
 using test::cleared;
 using test::failure;
 using test::fields;
-using Fields = decltype(fields(ErrInfo()));
+using test::Fields;
 
 Fields splitFails(std::int32_t number) {
   return failure(number, "getValueFromCsvString", "Funzioni");

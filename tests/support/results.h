@@ -3,22 +3,13 @@
 
 #include <gtest/gtest.h>
 
-#include <ostream>
 #include <string>
 #include <tuple>
 
 #include "veltgeneral/err_info.h"
 #include "veltgeneral/runtime_error.h"
 
-namespace veltgeneral {
-
-inline void PrintTo(const ErrInfo& result, std::ostream* out) {
-  *out << result.numberInfo() << " '" << toUtf8(result.descriptionInfo()) << "' severity "
-       << result.typeInfo() << " at " << toUtf8(result.locationInfo()) << " of "
-       << toUtf8(result.classInfo()) << ", process " << toUtf8(result.processInfo());
-}
-
-namespace test {
+namespace veltgeneral::test {
 
 // Every field of a result, comparable and printable.
 inline auto fields(const ErrInfo& r) {
@@ -27,37 +18,36 @@ inline auto fields(const ErrInfo& r) {
                     toUtf8(std::get<Text>(r.stepInfo())));
 }
 
-inline auto failure(std::int32_t number, const char* message, const char* location,
-                    const char* className) {
-  return std::tuple(number, std::string(message), std::int16_t{1}, std::string(location),
-                    std::string(className), std::string("VELTGENERAL"), std::string());
+using Fields = decltype(fields(ErrInfo()));
+
+inline Fields failure(std::int32_t number, const char* message, const char* location,
+                      const char* className) {
+  return {number, message, std::int16_t{1}, location, className, "VELTGENERAL", ""};
 }
 
 // With the standard message of the number.
-inline auto failure(std::int32_t number, const char* location, const char* className) {
+inline Fields failure(std::int32_t number, const char* location, const char* className) {
   return failure(number, toUtf8(standardMessage(number)).c_str(), location, className);
 }
 
-inline auto done(const char* location, const char* className) {
-  return std::tuple(0, std::string("Operazione eseguita correttamente"), std::int16_t{3},
-                    std::string(location), std::string(className), std::string("VELTGENERAL"),
-                    std::string());
+inline Fields done(const char* location, const char* className) {
+  return {
+      0, "Operazione eseguita correttamente", std::int16_t{3}, location, className, "VELTGENERAL",
+      ""};
 }
 
 // Of the members that name the module where others name the class: a success without a message, or
 // a failure.
-inline auto ofModule(std::int32_t number, const std::string& message, const char* location) {
-  return std::tuple(number, message, std::int16_t(number == 0 ? 3 : 1), std::string(location),
-                    std::string("VELTGENERAL"), std::string(), std::string());
+inline Fields ofModule(std::int32_t number, const std::string& message, const char* location) {
+  return {number, message, std::int16_t(number == 0 ? 3 : 1), location, "VELTGENERAL", "", ""};
 }
 
-inline auto fresh() { return fields(ErrInfo()); }
+inline Fields fresh() { return fields(ErrInfo()); }
 
-inline auto cleared() {
+inline Fields cleared() {
   ErrInfo result;
   result.clear();
   return fields(result);
 }
 
-}  // namespace test
-}  // namespace veltgeneral
+}  // namespace veltgeneral::test

@@ -39,9 +39,12 @@ bool silent(const Outcome& got, const std::string& undisturbed, int) {
   return got.number == 0 && got.seen == undisturbed;
 }
 
-// A success that hands out nothing.
+// A success that hands out nothing: with an empty result, or with emptied arguments.
 bool empty(const Outcome& got, const std::string&, int) {
-  return got.number == 0 && (got.seen.empty() || got.seen == "0");
+  return got.number == 0 && got.kept && got.seen.empty();
+}
+bool empties(const Outcome& got, const std::string&, int) {
+  return got.number == 0 && !got.kept && (got.seen.empty() || got.seen == "0");
 }
 
 bool fails(const Outcome& got, const std::string&, int) { return got.number != 0; }
@@ -72,11 +75,8 @@ const File kReadOnly{kName, "one\r\n", 0444};
 // With the record of another program, which holds a creation time.
 const File kRecorded{kName, "", 0644, "\0\0\3\0\3\0\0\0\x11\0\0\0\x20\0\0\0\0\0\0\0\0\0\0\0"sv};
 const File kRecords{kName, "aaaaaaaaaaaaaaaaaaaa\r\nbbbbbbbbbbbbbbbbbbbb"};
-const std::vector<File> kManyFiles{{"1.txt"},
-                                   {"2.txt"},
-                                   {"hidden.txt", "", 0644, "0x2"},
-                                   {"3.csv"},
-                                   {"link.txt", "3.csv", S_IFLNK}};
+const File kHidden{"hidden.txt", "", 0644, "0x2"};
+const File kLinked{"link.txt", "3.csv", S_IFLNK};
 const File kDot{"dot.png",
                 "\211PNG\r\n\032\n\0\0\0\rIHDR\0\0\0\001\0\0\0\001\010\0\0\0\0:~\233U\0\0\0\nIDATx"
                 "\234c`\0\0\0\002\0\001H\257\244q\0\0\0\0IEND\256B`\202"sv};
@@ -126,23 +126,20 @@ bool isWholePicture() { return contentOf("form.png").ends_with("IEND\256B`\202")
 
 // What is no single member.
 
-using platform::RegistryRoot;
+constexpr auto kMachine = platform::RegistryRoot::localMachine;
 constexpr TextView kKey = u"SOFTWARE\\App\\DbAccess";
-constexpr auto kMachine = static_cast<std::int32_t>(RegistryRoot::localMachine);
+const Text kUserName = u"connectionUser";
 
 Variant setValue() {
-  platform::setRegistryValue(RegistryRoot::currentUser, kKey, u"a", {.text = u"b"}, narrowPage());
+  platform::setRegistryValue(kMachine, kKey, u"a", {.text = u"b"}, narrowPage());
   return {};
 }
 
 Variant removeValue() {
-  return platform::removeRegistryValue(RegistryRoot::localMachine, kKey, u"connectionUser",
-                                       narrowPage());
+  return platform::removeRegistryValue(kMachine, kKey, kUserName, narrowPage());
 }
 
-Variant removeKey() {
-  return platform::removeRegistryKey(RegistryRoot::localMachine, kKey, narrowPage());
-}
+Variant removeKey() { return platform::removeRegistryKey(kMachine, kKey, narrowPage()); }
 
 Variant importBoth() {
   platform::importRegistry(
@@ -152,9 +149,7 @@ Variant importBoth() {
 }
 
 Variant exportKey() {
-  const auto& page = narrowPage();
-  return fromUtf8(
-      platform::exportRegistry(RegistryRoot::localMachine, kKey, true, page).value_or(""));
+  return fromUtf8(platform::exportRegistry(kMachine, kKey, true, narrowPage()).value_or(""));
 }
 
 Variant registerServer() {
@@ -251,7 +246,7 @@ constexpr auto kUser = Process::user;
 std::vector<Operation> operations() {
   serverUrl();  // one for all processes
   return {
-      {"getKeyValue", {kSettings}, {kMachine, Text(kKey), u"connectionUser"}, empty},
+      {"getKeyValue", {kSettings}, {std::int32_t(kMachine), Text(kKey), kUserName}, empty},
       {"getInfoForConnection", {kSettings}, {u"App", u"", u"", u""}, lacksOne},
       {"saveInfoForConnection",
        {kSettings},
@@ -259,7 +254,7 @@ std::vector<Operation> operations() {
        gives<eiREGISTRYERROR>,
        3},
       {"isRegistryInWritePermission, new hive", {kNoHive}, {}, empty},
-      {"getTarnviewConfValue", {kDat}, {u"Main", u"key", u"kept"}, empty, 1, kUser},
+      {"getTarnviewConfValue", {kDat}, {u"Main", u"key", u"kept"}, empties, 1, kUser},
       {"setTarnviewConfValue", {kDat}, {u"Main", u"key", u"new"}, silent, 1, kUser},
       {"setTarnviewDatFileValue",
        {kDatBeside},
@@ -282,9 +277,12 @@ std::vector<Operation> operations() {
       {"Value=, in a closed folder", {kIni, kClosed}, {kLonger}, fails, kUndone, kUser},
       {"DeleteKey", {kIni}, {}, fails},
       {"DeleteSection", {kIni}, {}, fails},
-      {"EnumerateAllSections", {kIni}, {TextArray(), -1}, empty},
+      {"EnumerateAllSections", {kIni}, {TextArray(), -1}, empties},
       {"SaveFormPosition", {kIni}, {window()}, anything, 5, kCold, hasWholeEntries},
-      {"numFileInDir", kManyFiles, {u"*.txt", std::int16_t{-1}}, runTime},
+      {"numFileInDir",
+       {{"1.txt"}, {"2.txt"}, kHidden, {"3.csv"}, kLinked},
+       {u"*.txt", std::int16_t{-1}},
+       runTime},
       {"writeFile, new", {}, {kPath, 3, u"new"}, runTime, kInPlace},
       {"writeFile, over a read-only one", {kReadOnly}, {kPath, 3, u"new"}, runTime, kInPlace},
       {"readFile", {kText}, {kPath, u"kept"}, runTime},

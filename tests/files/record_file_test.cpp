@@ -52,7 +52,7 @@ TEST_F(RecordFile, TheRecordsThereAreAreRead) {
   constexpr std::int32_t kGreatest = std::numeric_limits<std::int32_t>::max();
   constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
   const Case cases[] = {
-      {1, 4, 4},        {1, 1, 1},         {3, 10, 2},          {4, 1, 1},
+      {1, 4, 4},        {1, 3, 3},         {3, 10, 2},          {4, 1, 1},
       {5, 1, 0},        {6, 1, 0},         {1, 0, 0},           {kGreatest, 32767, 0},
       {1, -5, -5},      {9, -2, 0},        {0, 0, 0},           {0, 10, 5, true},
       {-2, 3, 3, true}, {-2, 20, 7, true}, {kLeast, 1, 1, true}};

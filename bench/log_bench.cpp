@@ -9,7 +9,7 @@
 #include <string>
 
 #include "floor.h"
-#include "settings/support.h"
+#include "support/test_host.h"
 #include "veltgeneral/err_info.h"
 
 namespace veltgeneral {

@@ -11,7 +11,7 @@
 
 #include "floor.h"
 #include "platform/linux/settings/profile_file.h"
-#include "settings/support.h"
+#include "support/test_host.h"
 #include "veltgeneral/c_ini_file.h"
 #include "veltgeneral/registry_utility.h"
 

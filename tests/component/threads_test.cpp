@@ -8,7 +8,7 @@
 #include <thread>
 
 #include "automation/locale.h"
-#include "settings/support.h"
+#include "support/test_host.h"
 #include "veltgeneral/c_ini_file.h"
 #include "veltgeneral/component.h"
 #include "veltgeneral/file_utility.h"

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "automation/code_page.h"
-#include "settings/support.h"
 #include "support/results.h"
+#include "support/test_host.h"
 #include "veltgeneral/funzioni.h"
 
 namespace veltgeneral {

@@ -6,8 +6,8 @@
 
 #include "automation/code_page.h"
 #include "automation/coerce.h"
-#include "settings/support.h"
 #include "support/results.h"
+#include "support/test_host.h"
 #include "veltgeneral/funzioni.h"
 
 namespace veltgeneral {

@@ -3,8 +3,8 @@
 #include <set>
 
 #include "automation/code_page.h"
-#include "settings/support.h"
 #include "support/results.h"
+#include "support/test_host.h"
 #include "veltgeneral/funzioni.h"
 
 namespace veltgeneral {

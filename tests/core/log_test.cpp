@@ -6,7 +6,8 @@
 
 #include "automation/locale.h"
 #include "platform/log_append.h"
-#include "settings/support.h"
+#include "support/process.h"
+#include "support/test_host.h"
 #include "veltgeneral/err_info.h"
 
 namespace veltgeneral {

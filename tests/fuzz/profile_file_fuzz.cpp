@@ -4,7 +4,7 @@
 
 #include "fuzz/fuzz_input.h"
 #include "platform/linux/settings/settings_text.h"
-#include "settings/support.h"
+#include "support/test_host.h"
 
 namespace veltgeneral {
 namespace {

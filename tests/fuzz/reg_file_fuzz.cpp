@@ -3,7 +3,7 @@
 #include "platform/linux/settings/reg_file.h"
 
 #include "fuzz/fuzz_input.h"
-#include "settings/support.h"
+#include "support/test_host.h"
 
 void veltgeneral::fuzz(std::string_view bytes) {
   using platform::RegistryFile;

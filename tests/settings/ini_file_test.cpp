@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "settings/support.h"
+#include "support/test_host.h"
 #include "veltgeneral/c_ini_file.h"
 
 namespace veltgeneral {

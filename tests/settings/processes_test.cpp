@@ -8,7 +8,8 @@
 #include "platform/log_append.h"
 #include "platform/profile.h"
 #include "platform/registry.h"
-#include "settings/support.h"
+#include "support/process.h"
+#include "support/test_host.h"
 
 namespace veltgeneral {
 namespace {
@@ -40,7 +41,7 @@ TEST(Processes, LoseNoSettingOfOneFile) {
   const auto place = [](int process) { return Text(u"s").append(number(process / 2)); };
   const auto name = [](int process, int i) { return number(process * kSettings + i); };
   for (int round = 0; round < 20; ++round) {
-    const TestHost host(memoryFolder());
+    const TestHost host;
     const std::string path = host / "drive/a.ini";
     EXPECT_TRUE(inProcesses([&](int process) {
       bool good = true;

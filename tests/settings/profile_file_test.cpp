@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/linux/settings/settings_text.h"
-#include "support.h"
+#include "support/test_host.h"
 
 namespace veltgeneral::platform {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <sstream>
 
-#include "support.h"
+#include "support/test_host.h"
 
 namespace veltgeneral::platform {
 namespace {

@@ -5,7 +5,7 @@
 #include <array>
 #include <regex>
 
-#include "settings/support.h"
+#include "support/test_host.h"
 #include "veltgeneral/registry_utility.h"
 
 namespace veltgeneral {

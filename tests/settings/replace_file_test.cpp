@@ -4,7 +4,8 @@
 #include <sys/stat.h>
 #include <sys/xattr.h>
 
-#include "support.h"
+#include "support/process.h"
+#include "support/test_host.h"
 
 namespace veltgeneral::platform {
 namespace {

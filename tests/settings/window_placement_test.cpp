@@ -3,7 +3,7 @@
 #include <map>
 
 #include "automation/coerce.h"
-#include "settings/support.h"
+#include "support/test_host.h"
 #include "support/virtual_display.h"
 #include "veltgeneral/c_ini_file.h"
 #include "veltgeneral/runtime_error.h"

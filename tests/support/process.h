@@ -1,4 +1,5 @@
-// Programs that a test starts: servers that end with it, and commands whose output it wants.
+// Programs that a test starts: servers that end with it, and commands whose output it wants; and
+// processes of the test's own.
 #pragma once
 
 #include <fcntl.h>
@@ -8,9 +9,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -96,5 +99,28 @@ class Process {
   pid_t id_ = 0;
   int status_ = 0;
 };
+
+// A process of its own that runs `body`, which must not test anything; 0 when it went well.
+inline pid_t inProcess(const std::function<bool()>& body) {
+  const pid_t child = ::fork();
+  if (child == 0) leave(body() ? 0 : 1);
+  return child;
+}
+
+inline bool succeeded(pid_t child) {
+  int status = 0;
+  return ::waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+constexpr int kProcesses = 8;
+
+// Whether `body` went well in each of so many processes at the same time; they have a number.
+inline bool inProcesses(const std::function<bool(int)>& body) {
+  std::vector<pid_t> children;
+  for (int process = 0; process < kProcesses; ++process)
+    children.push_back(inProcess([&] { return body(process); }));
+  const auto failed = [](pid_t child) { return !succeeded(child); };
+  return std::ranges::count_if(children, failed) == 0;
+}
 
 }  // namespace veltgeneral::test

@@ -1,3 +1,5 @@
+// One row for each function of the C library that the library, its modules and those behind them
+// call and that can fail.
 #include "faults/interpose.h"
 
 #include <dirent.h>

@@ -1,3 +1,4 @@
+// The operations, what they find, and what is documented of them where a call fails.
 #include "faults/operation.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// How one operation is tried: undisturbed first, then once for each fault.
 #include <gtest/gtest.h>
 #include <sys/mman.h>
 #include <sys/wait.h>

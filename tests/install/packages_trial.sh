@@ -44,14 +44,7 @@ expect $'perch\xc3\xa9\r' built/consumer file.txt
 quietly g++ -std=c++20 consumer/consumer.cpp -o by_pkg_config $(pkg-config --cflags --libs veltgeneral)
 expect $'perch\xc3\xa9\r' ./by_pkg_config file.txt
 
-echo 'Python'
-expect 'True perché' python3 -c '
-import veltgeneral
-files = veltgeneral.CreateObject("VeltGeneral.FileUtility")
-err, text = files.readFile("file.txt", "")
-print(err.isSuccess(), text.strip())'
-
-echo 'A document, a report and a page from a server'
+echo 'A document, a report from Python and a page from a server'
 printf 'font "Arial" 14\nparagraph "An invoice"\n' >invoice.txt
 quietly velt call Funzioni.createPdfFile invoice.txt invoice.pdf
 expect %PDF head -c 4 invoice.pdf

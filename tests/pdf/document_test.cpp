@@ -1,6 +1,7 @@
 // Documents, read back with independent tools.
 #include <set>
 #include <sstream>
+#include <tuple>
 
 #include "pdf/generator.h"
 #include "support/dots.h"
@@ -45,11 +46,7 @@ TEST_F(Document, TextsAndCellsStandWhereTheyArePut) {
       "paragraph \"after\"\n");
   const double width = 4 * 10 * 1229.0 / 2048 / kCm;
   const double pad = 0.12;
-  const struct {
-    const char* word;
-    double Word::*edge;
-    double cm;
-  } cases[] = {
+  const std::tuple<const char*, double Word::*, double> cases[] = {
       {"left", &Word::left, 5},
       {"left", &Word::right, 5 + width},
       {"middle", &Word::left, 5 - 0.75 * width},
@@ -60,7 +57,8 @@ TEST_F(Document, TextsAndCellsStandWhereTheyArePut) {
       {"c", &Word::right, 13.5 + width / 8},
       {"wrap", &Word::left, 4 + pad},
   };
-  for (const auto& c : cases) EXPECT_NEAR(text.word(c.word).*c.edge, c.cm * kCm, 0.1) << c.word;
+  for (const auto& [word, edge, cm] : cases)
+    EXPECT_NEAR(text.word(word).*edge, cm * kCm, 0.1) << word;
   EXPECT_NEAR(text.word("left").top, 4 * kCm, 1);
   EXPECT_NEAR(text.word("d").top, text.word("wide").top, 0.1);
   // Each of these stands below the one before.
@@ -72,12 +70,8 @@ TEST_F(Document, TextsAndCellsStandWhereTheyArePut) {
 }
 
 TEST_F(Document, PagesHoldWhatIsWritten) {
-  struct Case {
-    const char* codePage;
-    const char* commands;
-    const char* pages;
-  };
-  constexpr Case kCases[] = {
+  // The code page, commands, and the words of their pages.
+  constexpr std::tuple<const char*, const char*, const char*> kCases[] = {
       {"", "# nothing\n", ""},
       {"", "text 2 2 \"perch\xE9\xA0\x80\x93\"", "perché €“"},
       {"CP1251", "text 2 2 \"\xCC\xE8\xF0\"", "Мир"},
@@ -91,13 +85,13 @@ TEST_F(Document, PagesHoldWhatIsWritten) {
       {"", "move 27\ntable 5\nhead \"one\"\nhead \"two\"\nend\nparagraph \"after\"\n",
        " | one two after"},
   };
-  for (const Case& c : kCases) {
-    ::setenv("VELTGENERAL_CODEPAGE", c.codePage, 1);
-    const PdfText text = generator_.make(c.commands);
-    std::string pages = text.page(1);
+  for (const auto& [codePage, commands, pages] : kCases) {
+    ::setenv("VELTGENERAL_CODEPAGE", codePage, 1);
+    const PdfText text = generator_.make(commands);
+    std::string words = text.page(1);
     for (int page = 2; page <= static_cast<int>(text.pages.size()); ++page)
-      pages.append(" | ").append(text.page(page));
-    EXPECT_EQ(pages, c.pages);
+      words.append(" | ").append(text.page(page));
+    EXPECT_EQ(words, pages);
   }
   ::unsetenv("VELTGENERAL_CODEPAGE");
 }
@@ -163,11 +157,8 @@ TEST_F(Document, TablesGoOnBelowTheirHeadOnTheNextPage) {
     rows.append("row \"").append(std::to_string(i)).append("\\nof\\nfour\\nend\" \"\"\n");
     lines.append(std::to_string(i)).append("\\n");
   }
-  const struct {
-    std::string commands;
-    int firstPage;
-    const char* pageEnd;
-  } cases[] = {
+  // Commands, the first page of the table, and how its pages end.
+  const std::tuple<std::string, int, const char*> cases[] = {
       // Rows stay whole, and the head does not stay behind alone.
       {"move 26\ntable 5 5\nhead \"Head\" \"of\"\nhead \"two\" \"rows\"\n" + rows, 2, "end"},
       // A row taller than a page does not.
@@ -196,16 +187,11 @@ TEST_F(Document, BoxesLinesFillsAndColours) {
                       "box 10 2 2 2 fill RED noline\n"
                       "line 2 10 8 10 thick 8 green\n"
                       "move 12\ntable 3 3 grid thick 6 from 2\nrow \"\" \"\" fill navy\nend\n");
-  struct Dot {
-    double x, y;
-    std::uint32_t colour;
-  };
-  constexpr Dot kDots[] = {{5, 4, 0xFFEE00},    {2, 4, 0x0000FF},    {9.9, 3, 0xFFFFFF},
-                           {10.1, 3, 0xC00000}, {5, 10, 0x008000},   {5, 10.3, 0xFFFFFF},
-                           {3, 12.3, 0x102860}, {5, 12.3, 0xA0A0A0}, {2, 12.3, 0xA0A0A0},
-                           {8, 12.3, 0xA0A0A0}};
-  for (const Dot& dot : kDots)
-    EXPECT_EQ(page.at(dot.x, dot.y), dot.colour) << dot.x << " " << dot.y;
+  constexpr std::tuple<double, double, std::uint32_t> kDots[] = {
+      {5, 4, 0xFFEE00},    {2, 4, 0x0000FF},    {9.9, 3, 0xFFFFFF},  {10.1, 3, 0xC00000},
+      {5, 10, 0x008000},   {5, 10.3, 0xFFFFFF}, {3, 12.3, 0x102860}, {5, 12.3, 0xA0A0A0},
+      {2, 12.3, 0xA0A0A0}, {8, 12.3, 0xA0A0A0}};
+  for (const auto& [x, y, colour] : kDots) EXPECT_EQ(page.at(x, y), colour) << x << ", " << y;
 }
 
 TEST_F(Document, APictureFillsItsPlaceAndIsHeldOnce) {

@@ -1,4 +1,6 @@
 // What the generator says of commands and files that cannot serve.
+#include <tuple>
+
 #include "pdf/generator.h"
 
 namespace veltgeneral::pdf {
@@ -11,12 +13,8 @@ TEST(Message, NamesTheLineAndWhatWasExpected) {
   constexpr const char* kPicture = "a PNG or JPEG picture";
   constexpr const char* kLineEnd = "the end of the line";
   constexpr const char* kNoPicture = "none.png: No such file or directory";
-  const struct {
-    std::string commands;
-    int line;
-    const char* expected;
-    const char* found;
-  } cases[] = {
+  // Commands, the line at fault, what was expected there and what was found.
+  const std::tuple<std::string, int, const char*, const char*> cases[] = {
       {"tetx 1 2", 1, "a command", R"("tetx")"},
       {"# fine\r\n\r\n  newpages", 3, "a command", R"("newpages")"},
       {"text 1 2", 1, "a quoted text", kLineEnd},
@@ -63,12 +61,12 @@ TEST(Message, NamesTheLineAndWhatWasExpected) {
       {"abcdefghijklmnopqrstuvwxyz", 1, "a command", R"("abcdefghijklmnopqrstuvwx...")"},
   };
   const Generator generator;
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.commands);
-    const Result result = generator.run(c.commands);
+  for (const auto& [commands, line, expected, found] : cases) {
+    SCOPED_TRACE(commands);
+    const Result result = generator.run(commands);
     EXPECT_EQ(result.number, 1);
     EXPECT_EQ(result.message,
-              "line " + std::to_string(c.line) + ": expected " + c.expected + ", found " + c.found);
+              "line " + std::to_string(line) + ": expected " + expected + ", found " + found);
     EXPECT_EQ(generator.folder.fileCount(), 1u) << "something was left behind";
   }
 }
@@ -77,13 +75,8 @@ TEST(Message, FilesThatCannotServe) {
   const Generator generator;
   generator.folder.put("good", "text 1 1 \"a\"");
   const std::string x(200, 'x');
-  const struct {
-    const char* commandFile;
-    const char* pdfFile;
-    const char* codePage;
-    int number;
-    std::string message;
-  } cases[] = {
+  // The command file, the document, the code page, and what is answered.
+  const std::tuple<const char*, const char*, const char*, int, std::string> cases[] = {
       {"none", "a.pdf", "", 2, "the command file cannot be read: No such file or directory: none"},
       {"", "a.pdf", "", 2, "the command file cannot be read: Not a regular file:"},
       // Cut at 150 characters; the reason comes first.
@@ -96,13 +89,13 @@ TEST(Message, FilesThatCannotServe) {
       {"good", "a.pdf", "UTF-8", 4, "the code page UTF-8 has characters of more than one byte"},
       {"good", "a.pdf", "EBCDIC-US", 4, "the code page EBCDIC-US does not extend ASCII"},
   };
-  for (const auto& c : cases) {
-    ::setenv("VELTGENERAL_CODEPAGE", c.codePage, 1);
-    const Result result = Generator::runFiles((generator.folder / c.commandFile).c_str(),
-                                              (generator.folder / c.pdfFile).c_str());
-    EXPECT_EQ(result.number, c.number) << c.message;
-    EXPECT_EQ(result.message, c.message);
-    EXPECT_EQ(generator.folder.fileCount(), 1u) << c.message;
+  for (const auto& [commands, pdf, codePage, number, message] : cases) {
+    ::setenv("VELTGENERAL_CODEPAGE", codePage, 1);
+    const Result result = Generator::runFiles((generator.folder / commands).c_str(),
+                                              (generator.folder / pdf).c_str());
+    EXPECT_EQ(result.number, number) << message;
+    EXPECT_EQ(result.message, message);
+    EXPECT_EQ(generator.folder.fileCount(), 1u) << message;
   }
   ::unsetenv("VELTGENERAL_CODEPAGE");
   EXPECT_EQ(Generator::runFiles(nullptr, "a.pdf").message, "a file name is missing");

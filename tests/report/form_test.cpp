@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <tuple>
 
 #include "platform/report_surfaces.h"
 #include "support/dots.h"
@@ -111,15 +112,11 @@ void drawPage(Reporting& report) {
 // A box with its outline, whose colour has red in the lowest byte and is one of 16 bits too, and
 // ten full cells of 0.6 times 14 points.
 void expectPage(const Picture& shot, int scale = 1) {
-  struct Case {
-    double x, y;
-    std::uint32_t colour;
-  };
-  constexpr Case kCases[] = {{1.92, 3.92, kWhite},  {2, 4, kBlack},      {2.08, 4.08, kOrange},
-                             {4.92, 5.92, kOrange}, {5, 6, kBlack},      {5.08, 6.08, kWhite},
-                             {1.95, 8.3, kWhite},   {2.05, 8.3, kBlack}, {4.82, 8.3, kBlack},
-                             {5.01, 8.3, kWhite},   {3, 7.9, kWhite},    {3, 8.7, kWhite}};
-  for (const Case& c : kCases) EXPECT_EQ(at(shot, c.x, c.y, scale), c.colour) << c.x << ", " << c.y;
+  constexpr std::tuple<double, double, std::uint32_t> kDots[] = {
+      {1.92, 3.92, kWhite}, {2, 4, kBlack},       {2.08, 4.08, kOrange}, {4.92, 5.92, kOrange},
+      {5, 6, kBlack},       {5.08, 6.08, kWhite}, {1.95, 8.3, kWhite},   {2.05, 8.3, kBlack},
+      {4.82, 8.3, kBlack},  {5.01, 8.3, kWhite},  {3, 7.9, kWhite},      {3, 8.7, kWhite}};
+  for (const auto& [x, y, dot] : kDots) EXPECT_EQ(at(shot, x, y, scale), dot) << x << ", " << y;
 }
 
 class FormTest : public testing::Test {
@@ -159,22 +156,18 @@ TEST_F(FormTest, ShowsThePageAndIsRepaintedByTheServer) {
 }
 
 TEST_F(FormTest, FollowsTheDisplaysColoursAndResolution) {
-  struct Case {
-    const char* screen;
-    const char* resources;
-    int scale;
-  };
-  constexpr Case kCases[] = {{"1280x1024x16", "", 1},
-                             {"1600x1600x24", "Xcursor.size:\t24\nXft.dpi:\t192\n", 2},
-                             {"1280x1024x24", "Xft.dpi:\tlarge\n", 1}};
-  for (const Case& c : kCases) {
-    SCOPED_TRACE(c.screen);
-    const Display display(c.screen);
-    display.setResources(c.resources);
+  constexpr std::tuple<const char*, const char*, int> kCases[] = {
+      {"1280x1024x16", "", 1},
+      {"1600x1600x24", "Xcursor.size:\t24\nXft.dpi:\t192\n", 2},
+      {"1280x1024x24", "Xft.dpi:\tlarge\n", 1}};
+  for (const auto& [screen, resources, scale] : kCases) {
+    SCOPED_TRACE(screen);
+    const Display display(screen);
+    display.setResources(resources);
     report_.openReport();
     drawPage(report_);
-    expectPage(display.lookWhen(3, 5, kOrange, c.scale), c.scale);
-    EXPECT_EQ(display.formSize().second, kHeight * c.scale);
+    expectPage(display.lookWhen(3, 5, kOrange, scale), scale);
+    EXPECT_EQ(display.formSize().second, kHeight * scale);
     report_.closeReport();
   }
 }

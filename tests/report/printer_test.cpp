@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <thread>
+#include <tuple>
 
 #include "core/host_events.h"
 #include "support/error_of.h"
@@ -76,19 +77,15 @@ void printTwoPages(Reporting& report) {
 void expectTwoPages(const std::string& file) {
   const PdfText document(file);
   EXPECT_EQ(document.pages, (std::vector<std::string>{"595 x 842", "595 x 842"}));
-  struct Case {
-    const char* text;
-    int page;
-    double x, y;  // cm of its top-left corner
-  };
-  constexpr Case kCases[] = {{"perché", 1, 2, 5}, {"10€", 1, 8, 5}, {"second", 2, 2, 5}};
-  for (const Case& c : kCases) {
-    const test::Word word = document.word(c.text);
-    EXPECT_EQ(word.page, c.page) << c.text;
-    EXPECT_NEAR(word.left, c.x * 567 / 20, 0.6) << c.text;
-    EXPECT_NEAR(word.top, c.y * 567 / 20, 3) << c.text;
-    const auto cells = static_cast<double>(fromUtf8(c.text).size());
-    EXPECT_NEAR(word.right - word.left, cells * 1229 / 2048 * 14, 0.6) << c.text;
+  // Where its top-left corner is, in cm, and how many cells it takes.
+  constexpr std::tuple<const char*, int, double, double, int> kWords[] = {
+      {"perché", 1, 2, 5, 6}, {"10€", 1, 8, 5, 3}, {"second", 2, 2, 5, 6}};
+  for (const auto& [text, page, x, y, cells] : kWords) {
+    const test::Word word = document.word(text);
+    EXPECT_EQ(word.page, page) << text;
+    EXPECT_NEAR(word.left, x * 567 / 20, 0.6) << text;
+    EXPECT_NEAR(word.top, y * 567 / 20, 3) << text;
+    EXPECT_NEAR(word.right - word.left, cells * 1229.0 / 2048 * 14, 0.6) << text;
   }
 }
 

@@ -4,6 +4,7 @@
 #include <ctime>
 #include <functional>
 #include <sstream>
+#include <tuple>
 
 #include "automation/locale.h"
 #include "platform/report_surfaces.h"
@@ -140,11 +141,7 @@ TEST(Reporting, AsksTheSurfaceInForce) {
       box(567, 567, 10773, 578.34, kGrey) + box(567, 15309, 10773, 15320.3, kGrey) +
       box(567, 567, 578.34, 15309, kGrey) + box(10773, 567, 10784.3, 15309, kGrey);
   const std::string shown = text("abc", 7, false, true, 476.28, 793.8);
-  const struct {
-    std::int32_t mode;
-    std::function<void(Reporting&)> draw;
-    std::string calls;
-  } cases[] = {
+  const std::tuple<std::int32_t, std::function<void(Reporting&)>, std::string> cases[] = {
       {torPRINTER, session, "paper 9; page; end; "},
       // Everything but 2 is the form.
       {torFORM, session, "show; service; unload; "},
@@ -173,7 +170,7 @@ TEST(Reporting, AsksTheSurfaceInForce) {
            text("ab", 14, true, false, 5726.7, 680.4) + box(567, 14742, 10773, 14753.3, kGrey) +
            text("ab", 12, true, false, 5726.7, 14855.4)},
   };
-  for (const auto& c : cases) EXPECT_EQ(asked(c.mode, c.draw), c.calls) << c.mode;
+  for (const auto& [mode, draw, calls] : cases) EXPECT_EQ(asked(mode, draw), calls) << mode;
 }
 
 TEST(Reporting, HeadersAreCentredByTheirCharacters) {
@@ -235,12 +232,8 @@ TEST(Reporting, ErrorsReachTheCaller) {
 }
 
 TEST(FormattaStringa, CutsTheNextLine) {
-  struct Case {
-    TextView text;
-    std::int16_t length;
-    TextView line, rest;
-  };
-  constexpr Case kCases[] = {
+  // A text, the length of a line, the line, and what is left.
+  constexpr std::tuple<TextView, std::int16_t, TextView, TextView> kCases[] = {
       {u"ab cd ef", 4, u"ab", u"cd ef"},
       {u"abcdefgh", 3, u"abc", u"defgh"},
       {u"ab cd", 5, u"ab", u"cd"},  // it would fit, and is cut all the same
@@ -253,10 +246,10 @@ TEST(FormattaStringa, CutsTheNextLine) {
       {u"abc", 0, u"", u"abc"},
   };
   Reporting report;
-  for (const Case& c : kCases) {
-    Text text(c.text);
-    EXPECT_EQ(report.formattaStringa(text, c.length), c.line) << toUtf8(c.text);
-    EXPECT_EQ(text, c.rest) << toUtf8(c.text);
+  for (const auto& [text, length, line, rest] : kCases) {
+    Text left(text);
+    EXPECT_EQ(report.formattaStringa(left, length), line) << toUtf8(text);
+    EXPECT_EQ(left, rest) << toUtf8(text);
   }
   Text kept = u"ab";
   EXPECT_EQ(errorOf([&] { report.formattaStringa(kept, -1); }), 5);

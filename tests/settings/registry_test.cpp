@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <regex>
 
 #include "support/test_host.h"
 #include "veltgeneral/registry_utility.h"
@@ -114,35 +113,36 @@ TEST_F(Registry, EachRootHasItsHiveAndStays) {
 }
 
 TEST_F(Registry, ChangesTouchTheLinesTheyMust) {
-  // The hive, what is imported, the hive: "R" stands for a root, "|" ends a line.
+  // The hive, what is imported, the hive: "~" stands for a root, "|" ends a line.
   const std::array<std::string, 3> cases[] = {
-      {R"(REGEDIT4||[R\K]|"a"="1" ; note|; c||[R\z]|)", R"([R\k]|"b"="2")",
-       R"(REGEDIT4||[R\K]|"a"="1" ; note|"b"="2"|; c||[R\z]|)"},
+      {R"(REGEDIT4||[~\K]|"a"="1" ; note|; c||[~\z]|)", R"([~\k]|"b"="2")",
+       R"(REGEDIT4||[~\K]|"a"="1" ; note|"b"="2"|; c||[~\z]|)"},
       // The comment behind a value stays.
-      {R"([R\k]|"a"="\"1;" ; it's "a"|"b"=hex:01,\|  ;c|  02  ;d|"c"=dword:1;e)",
-       R"([R\k]|"a"="2"|"b"="3"|"c"=hex:04)",
-       R"([R\k]|"a"="2" ; it's "a"|"b"="3"  ;d|"c"=hex:04;e|)"},
+      {R"([~\k]|"a"="\"1;" ; it's "a"|"b"=hex:01,\|  ;c|  02  ;d|"c"=dword:1;e)",
+       R"([~\k]|"a"="2"|"b"="3"|"c"=hex:04)",
+       R"([~\k]|"a"="2" ; it's "a"|"b"="3"  ;d|"c"=hex:04;e|)"},
       // The last of equal values is the one in force; the earlier ones go.
-      {R"([R\k]|"a"="1"|"A"="2"||[r\K]|"a"="3")", R"([R\k]|"a"="2")", R"([R\k]||[r\K]|"a"="2"|)"},
-      {R"([R\k]|"a"=hex:01,\|  02|"b"="2"|)", R"([R\k]|"A"=-)", R"([R\k]|"b"="2"|)"},
+      {R"([~\k]|"a"="1"|"A"="2"||[~\K]|"a"="3")", R"([~\k]|"a"="2")", R"([~\k]||[~\K]|"a"="2"|)"},
+      {R"([~\k]|"a"=hex:01,\|  02|"b"="2"|)", R"([~\k]|"A"=-)", R"([~\k]|"b"="2"|)"},
       // With sub-keys, without the comment that leads the next key.
-      {R"([R\k]|"a"="1"||; z|[R\z]|[R\k\x]|[R\kk]|)", R"([-R\K])", R"(; z|[R\z]|[R\kk]|)"},
-      {R"([R\k]|"a"="1"|[R\k\x]|)", R"([R\k\x]|"q"="lost"|[-R\k]|[R\k]|"b"="2"|[R\m])",
-       R"(Windows Registry Editor Version 5.00||[R\k]|"b"="2"||[R\m]||)"},
+      {R"([~\k]|"a"="1"||; z|[~\z]|[~\k\x]|[~\kk]|)", R"([-~\K])", R"(; z|[~\z]|[~\kk]|)"},
+      {R"([~\k]|"a"="1"|[~\k\x]|)", R"([~\k\x]|"q"="lost"|[-~\k]|[~\k]|"b"="2"|[~\m])",
+       R"(Windows Registry Editor Version 5.00||[~\k]|"b"="2"||[~\m]||)"},
       // What stands above a deletion is dead: the value is set behind it.
-      {R"([R\k]|"a"="1"|[-R]|[-R\K])", R"([R\k]|"a"="2")",
-       R"([R\k]|"a"="1"|[-R]|[-R\K]||[R\k]|"a"="2"||)"},
-      {R"([R\k\x]|"a"="1"|[-R\k]|)", R"([R\k\x]|"a"="2")",
-       R"([R\k\x]|"a"="1"|[-R\k]||[R\k\x]|"a"="2"||)"},
+      {R"([~\k]|"a"="1"|[-~]|[-~\K])", R"([~\k]|"a"="2")",
+       R"([~\k]|"a"="1"|[-~]|[-~\K]||[~\k]|"a"="2"||)"},
+      {R"([~\k\x]|"a"="1"|[-~\k]|)", R"([~\k\x]|"a"="2")",
+       R"([~\k\x]|"a"="1"|[-~\k]||[~\k\x]|"a"="2"||)"},
       // Next to a key that goes.
-      {R"([R\k]|"b"="1"|[R\z]|)", R"([-R\z]|[R\k]|"a"="2")", R"([R\k]|"b"="1"|"a"="2"|)"},
+      {R"([~\k]|"b"="1"|[~\z]|)", R"([-~\z]|[~\k]|"a"="2")", R"([~\k]|"b"="1"|"a"="2"|)"},
       // What is cut off: a line without its end, a key without its bracket.
-      {R"(|[R\k])", R"([R\k]|"a"="\\\"\n")", R"(|[R\k]|"a"="\\\"\n"|)"},
-      {R"(|[R\k)", R"([R\k]|"a"="2")", R"(|[R\k||[R\k]|"a"="2"||)"},
+      {R"(|[~\k])", R"([~\k]|"a"="\\\"\n")", R"(|[~\k]|"a"="\\\"\n"|)"},
+      {R"(|[~\k)", R"([~\k]|"a"="2")", R"(|[~\k||[~\k]|"a"="2"||)"},
   };
   const auto whole = [](const std::string& text) {
-    static const std::regex root(R"((\[-?)[Rr](\\|\]))");
-    return std::regex_replace(test::withLineEnds(text), root, "$1HKEY_USERS$2");
+    std::string out;
+    for (const char c : text) c == '~' ? out.append("HKEY_USERS") : out.append(1, c);
+    return test::withLineEnds(out);
   };
   for (const auto& [before, change, after] : cases) {
     host_.put("registry/machine.reg", whole(before));
@@ -150,7 +150,7 @@ TEST_F(Registry, ChangesTouchTheLinesTheyMust) {
     EXPECT_EQ(host_.get("registry/machine.reg"), whole(after)) << change;
   }
   std::filesystem::remove(host_ / "registry/machine.reg");
-  import(whole(R"([R\k]|"a"="2")"));
+  import(whole(R"([~\k]|"a"="2")"));
   EXPECT_EQ(host_.get("registry/machine.reg"),
             "Windows Registry Editor Version 5.00\r\n\r\n[HKEY_USERS\\k]\r\n\"a\"=\"2\"\r\n\r\n");
 }

@@ -32,7 +32,6 @@ class Ini(VeltTest):
         other = FILE[FILE.index(b"[Other]"):FILE.index(b"[main]")]
         for arguments, before, after in [
             (["set", "app.ini", "main", "NAME", "[a]"], b"Name = \"Anna B\" \r\n", b"Name = [a]\r\n"),
-            (["set", "app.ini", "Other", "New", ""], b"[main]", b"New=\r\n[main]"),
             (["delete", "app.ini", "Main", "empty"], b"Empty=\r\n", b""),
             (["delete", "app.ini", "Main", "nothing"], b"", b""),
             (["delete", "app.ini", "Other"], other, b""),

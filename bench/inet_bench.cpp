@@ -12,7 +12,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "servers.h"
+#include "support/servers.h"
 #include "veltgeneral/velt_inet.h"
 
 namespace {

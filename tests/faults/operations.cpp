@@ -9,8 +9,8 @@
 #include <sstream>
 
 #include "core/narrow_page.h"
-#include "inet/servers.h"
 #include "platform/registry.h"
+#include "support/servers.h"
 #include "veltgeneral/component.h"
 #include "veltgeneral/file_utility.h"
 #include "veltgeneral/funzioni.h"

@@ -4,8 +4,8 @@
 #include <future>
 
 #include "fetch.h"
-#include "servers.h"
 #include "support/results.h"
+#include "support/servers.h"
 
 namespace veltgeneral::test {
 namespace {

@@ -9,7 +9,7 @@
 #include "automation/code_page.h"
 #include "fetch.h"
 #include "inet/body.h"
-#include "servers.h"
+#include "support/servers.h"
 
 namespace veltgeneral::test {
 namespace {

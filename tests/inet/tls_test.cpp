@@ -4,7 +4,7 @@
 #include <cstdlib>
 
 #include "fetch.h"
-#include "servers.h"
+#include "support/servers.h"
 
 namespace veltgeneral::test {
 namespace {

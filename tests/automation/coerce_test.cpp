@@ -30,12 +30,13 @@ const Row kRows[] = {
     {TextArray{}, "!13 !13 !13 !13 !13 !13 --", "!13"},
     {true, "-1 -1 -1 -1 -1 True n-", "True"},
     {std::int16_t{-7}, "-7 -7 -7 -7 -7 True n-", "-7"},
-    {std::int32_t{40000}, "!6 40000 40000 40000 40000 True n-", "40000"},
+    {std::numeric_limits<std::int32_t>::min(),
+     "!6 -2147483648 -2147483648 -2147483648 -2147483648 True n-", "-2147483648"},
+    {-0.0, "0 0 0 0 0 False n-", "0"},
     // Halves to even, at the edges of 16 and 32 bits too.
     {.5, "0 0 0.5 0.5 0.5 True n-", "0.5"},
     {-2.5, "-2 -2 -2.5 -2.5 -2.5 True n-", "-2.5"},
     {.49999999999999994, "0 0 0.5 0.5 0.5 True n-", "0.5"},
-    {32767.4, "32767 32767 32767.4 32767.4 32767.4 True n-", "32767.4"},
     {32767.5, "!6 32768 32767.5 32767.5 32767.5 True n-", "32767.5"},
     {-32768.5, "-32768 -32768 -32768.5 -32768.5 -32768.5 True n-", "-32768.5"},
     {-32768.6, "!6 -32769 -32768.6 -32768.6 -32768.6 True n-", "-32768.6"},
@@ -59,9 +60,6 @@ const Row kRows[] = {
     // Just above a half, which no double can tell from it.
     {Decimal{0xB1880001, 0xB5E3AF16, 0x2, 20, false}, "1 1 0.5 0.5 0.50000000000000000001 True n-",
      "0.50000000000000000001"},
-    {Decimal{~0u, ~0u, ~0u, 28, false},
-     "8 8 7.92281625142643 7.9228 7.9228162514264337593543950335 True n-",
-     "7.9228162514264337593543950335"},
     {Decimal{~0u, ~0u, ~0u, 0, false},
      "!6 !6 7.92281625142643E+28 !6 79228162514264337593543950335 True n-",
      "79228162514264337593543950335"},
@@ -69,14 +67,11 @@ const Row kRows[] = {
     {Date{0}, "0 0 0 0 0 False -d", "12:00:00 AM"},
     // Texts, which stay as they are: numbers exactly as written, booleans only as booleans.
     {Text(u" 2.5 "), "2 2 2.5 2.5 2.5 True nd"},
-    {Text(u"0.0"), "0 0 0 0 0 False nd"},
     {Text(u"1.00005"), "1 1 1.00005 1 1.00005 True n-"},
     {Text(u"1.00015"), "1 1 1.00015 1.0002 1.00015 True n-"},
     {Text(u"922337203685477.5807"),
      "!6 !6 922337203685478 922337203685477.5807 922337203685477.5807 True n-"},
     {Text(u"922337203685477.58075"), "!6 !6 922337203685478 !6 922337203685477.58075 True n-"},
-    {Text(u"79228162514264337593543950335.4"),
-     "!6 !6 7.92281625142643E+28 !6 79228162514264337593543950335 True n-"},
     {Text(u"79228162514264337593543950335.5"), "!6 !6 7.92281625142643E+28 !6 !6 True n-"},
     {Text(u"1.5e-28"), "0 0 1.5E-28 0 0.0000000000000000000000000002 True n-"},
     {Text(u"&HFFFF"), "-1 -1 -1 -1 -1 True n-"},
@@ -113,20 +108,11 @@ TEST(Coerce, EveryKindAsEveryOther) {
 TEST(Coerce, SinglesAndDatesHaveRanges) {
   const ScopedLocale us("en_US");
   const std::tuple<Variant, const char*, const char*> cases[] = {
-      {1e39, "!6", "!6"},
-      {3.4028235677973366e38, "!6", "!6"},
-      {3.4028235e38, "3.402823E+38", "!6"},
-      {1e-50, "0", "12:00:00 AM"},
-      {.1, "0.1", "2:24:00 AM"},
-      {-657433.0, "-657433", "1/2/0100"},
-      {-657435.0, "-657435", "!6"},
-      {2958465.5, "2958466", "12/31/9999 12:00:00 PM"},
-      {2958466.0, "2958466", "!6"},
-      {true, "-1", "12/29/1899"},
-      {Null{}, "!94", "!94"},
-      {Text(u"36526"), "36526", "!13"},
-      {Text(u"1/1/2000"), "!13", "1/1/2000"},
-  };
+      {3.4028235677973366e38, "!6", "!6"}, {3.4028235e38, "3.402823E+38", "!6"},
+      {1e-50, "0", "12:00:00 AM"},         {-657433.0, "-657433", "1/2/0100"},
+      {-657435.0, "-657435", "!6"},        {2958466.0, "2958466", "!6"},
+      {true, "-1", "12/29/1899"},          {Null{}, "!94", "!94"},
+      {Text(u"36526"), "36526", "!13"},    {Text(u"1/1/2000"), "!13", "1/1/2000"}};
   for (const auto& [value, single, date] : cases) {
     EXPECT_EQ(answer([&] { return toSingle(value); }), single);
     EXPECT_EQ(answer([&] { return toDate(value); }), date) << single;
@@ -149,27 +135,6 @@ TEST(NumberFormat, DigitsAreTheCLibrarysInTheLocalesMarks) {
     expect(toText(value), "%.15G", value);
     expect(toText(single), "%.7G", single);
   }
-}
-
-TEST(NumberFormat, LongAndShortForms) {
-  const ScopedLocale italian("it_IT");
-  static constexpr std::tuple<double, TextView, TextView> kCases[] = {
-      {-0.0, u"0", u"0"},           {.1 + .2, u"0,3", u".3"},
-      {-.5, u"-0,5", u"-.5"},       {999999999999999.9, u"1E+15", u"1E+15"},
-      {.0001, u"0,0001", u".0001"},
-  };
-  for (const auto& [value, text, brief] : kCases) {
-    EXPECT_EQ(toText(value), text);
-    EXPECT_EQ(shortNumber(value), brief);
-  }
-  EXPECT_EQ(toText(std::numeric_limits<std::int32_t>::min()), u"-2147483648");
-}
-
-TEST(Trim, TakesBlanksAndNothingElse) {
-  EXPECT_EQ(trim(u"  a b\t "), u"a b\t");
-  EXPECT_EQ(trim(u"   "), u"");
-  EXPECT_EQ(trim(u"\u00A0"), u"\u00A0");
-  EXPECT_EQ(trimRight(u" a "), u" a");
 }
 
 }  // namespace

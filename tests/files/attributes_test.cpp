@@ -94,6 +94,7 @@ TEST_F(Attributes, OtherWritersRecordsAreReadAndTheirCreationTimeStamped) {
   const std::string time("\x80\x16\xD7\xD5\xDE\xB1\x9D\x01", 8);
   const std::string version4 = "\0\0\4\0\4\0\0\0\x51"s + head.substr(9) + zero;
   const std::string noTime = head.substr(0, 8) + '\1' + head.substr(9) + zero;
+  const std::string withSize = head.substr(0, 8) + '\x15' + head.substr(9) + zero;
   struct Case {
     std::string record;
     std::int32_t attributes;
@@ -108,6 +109,7 @@ TEST_F(Attributes, OtherWritersRecordsAreReadAndTheirCreationTimeStamped) {
                         {"0x20" + head + zero, 0x26, "0x20" + head + time},
                         {version4 + zero, 0x26, version4 + time},
                         {noTime, 0x26, noTime},
+                        {withSize, 0x26, withSize},
                         {std::string(300, 0), 0, "none"}};
   for (const Case& c : cases) {
     if (!store(c.record)) GTEST_SKIP() << "the file system keeps no extended attributes";

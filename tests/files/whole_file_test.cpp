@@ -108,7 +108,9 @@ TEST_F(WholeFile, AFileThatEndsTooSoonIsRefused) {
   std::error_code unknown;
   if (std::filesystem::file_size(toUtf8(kernels), unknown) < 100 || unknown) return;
   Text text;
+  Variant content;
   EXPECT_EQ(fields(files_.readFile(kernels, text)), failure(62, "readFile", "FileUtility"));
+  EXPECT_EQ(files_.readBinaryFile(kernels, content).numberInfo(), 62);
 }
 
 TEST_F(WholeFile, NormalFilesThatMatchAreCounted) {

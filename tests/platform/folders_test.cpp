@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "platform/library.h"
 #include "support/error_of.h"
 #include "support/temporary_folder.h"
 
@@ -59,6 +60,26 @@ TEST(Folders, WorkFilesLieWhereNobodyElseCanReach) {
   ::setenv("TMPDIR", (root / "missing").c_str(), 1);
   EXPECT_EQ(errorOf([] { temporaryFolder(); }), 0);
   ::unsetenv("TMPDIR");
+}
+
+TEST(Folders, ModulesLieBesideTheLibraryUnlessTheEnvironmentSaysWhere) {
+  const std::string folder = fs::canonical("/proc/self/exe").parent_path().string();
+  EXPECT_EQ(libraryFolder(), folder);
+  for (const auto& [chosen, path] :
+       {std::pair("", folder + "/veltgeneral/x.so"), {"/elsewhere", "/elsewhere/x.so"}}) {
+    ::setenv("VELTGENERAL_MODULE_DIR", chosen, 1);
+    EXPECT_EQ(modulePath("x"), path);
+  }
+}
+
+TEST(Library, OpensAndCallsOrSaysWhyNot) {
+  Library first(PLUGIN);
+  const Library second = std::move(first);
+  EXPECT_EQ(second.entry<int()>("answer")(), 42);
+  EXPECT_EQ(errorOf([&] { second.entry<int()>("question"); }), 453);
+  EXPECT_EQ(errorOf([] { Library library("no_such_library_anywhere.so"); }), 53);
+  EXPECT_EQ(errorOf([] { Library library("/nowhere/at_all.so"); }), 53);
+  EXPECT_EQ(errorOf([] { Library library(BROKEN_PLUGIN); }), 48);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// What library_test opens.
+// What a test opens.
 #ifdef BROKEN
 extern "C" int symbolThatNobodyHas();
 #else

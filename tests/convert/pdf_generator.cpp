@@ -4,23 +4,19 @@
 #include <cstdint>
 #include <cstring>
 #include <fstream>
-#include <iterator>
 #include <string>
 
 extern "C" __attribute__((visibility("default"))) std::int16_t VBRavpdf(const char* commandFile,
                                                                         const char* pdfFile,
                                                                         char* message) {
-  std::ifstream in(commandFile, std::ios::binary);
-  std::string commands{std::istreambuf_iterator<char>(in), {}};
+  std::string commands;
+  std::getline(std::ifstream(commandFile, std::ios::binary), commands, '\0');
   if (commands.starts_with("copy")) {
     for (int byte = 0; byte < 256; ++byte) commands.push_back(static_cast<char>(byte));
     std::ofstream(pdfFile, std::ios::binary) << commands;
     return 0;
   }
-  if (commands.starts_with("ended")) {
-    std::strcpy(message, "  perch\xE9  ");
-    return -7;
-  }
   std::memset(message, 'x', 150);
-  return 1;
+  if (commands.starts_with("ended")) std::strcpy(message, "  perch\xE9  ");
+  return -7;
 }

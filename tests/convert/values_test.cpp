@@ -1,13 +1,13 @@
-// What each member makes of each kind of value, asked by name as every late-bound caller asks.
+// What members make of each kind of value, asked by name as every late-bound caller asks, and of
+// each database.
 #include <gtest/gtest.h>
 
 #include <span>
 
-#include "automation/coerce.h"
 #include "automation/locale.h"
+#include "support/answer.h"
 #include "veltgeneral/component.h"
 #include "veltgeneral/funzioni.h"
-#include "veltgeneral/runtime_error.h"
 
 namespace veltgeneral {
 namespace {
@@ -41,15 +41,11 @@ struct Row {
 };
 
 const Row kRows[] = {
-    {std::int16_t{1},
-     "int16:0 boolean:True text:PT0H0M6S real:0 int32:1 real:1 text:'' int16:-1 int32:1"},
     {std::int32_t{40000},
      "int16:0 boolean:False text:PT66H40M0S real:0 int32:40000 real:40000 text:'' error:6 "
      "int32:40000"},
     {1.5F,
      "int16:0 boolean:False text:PT0H0M9S real:0 text:1.5 real:1,5 text:'' int16:-2 text:1.5"},
-    {2.5,
-     "int16:0 boolean:False text:PT0H0M15S real:0 text:2.5 real:2,5 text:'' int16:-2 text:2.5"},
     {20240131235959.0,
      "int16:0 boolean:False text:PT33733552059H55M54S real:0 text:20240131235959 "
      "real:20240131235959 text:to_date('20240131235959','YYYYMMDDHH24MISS') error:6 "
@@ -94,6 +90,47 @@ TEST(Kinds, DecideWhatMembersAnswer) {
       EXPECT_EQ(shown(arguments[1]), changed ? given : shown(row.value)) << toUtf8(member);
     }
     EXPECT_EQ(answers, row.answers) << shown(row.value);
+  }
+}
+
+TEST(Database, EveryEngineHasItsOwnLiterals) {
+  const struct {
+    std::int32_t engine;
+    std::int16_t factor;
+    const char* yes;      // of true
+    const char* lowest;   // of -32768
+    const char* none;     // of null, and of no date
+    const char* italian;  // of 31 January 2024
+    const char* us;
+  } cases[] = {
+      {dbengineORACLE, -1, "1", "error 6", "''", "to_date('20240131235959','YYYYMMDDHH24MISS')",
+       "to_date('20240131235959','YYYYMMDDHH24MISS')"},
+      {dbengineMSACCESS, 1, "-1", "-32768", "Null", "#01/31/2024 23:59:59#",
+       "#01/31/2024 23:59:59#"},
+      {dbengineSQLSERVER, -1, "1", "error 6", "Null", "'31/01/2024 23:59:59'",
+       "'1/31/2024 23:59:59'"},
+      {7, 0, "", "", "", "", ""}};
+  const Funzioni f;
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.engine);
+    const auto engine = static_cast<typeDataBaseEngine>(c.engine);
+    Variant yes = true;
+    Variant lowest = std::int32_t{-32768};
+    Variant null = Null{};
+    EXPECT_EQ(f.getBoolForDB(engine), c.factor);
+    EXPECT_EQ(answerOf([&] { return f.getBoolForDBx(engine, yes); }), c.yes);
+    EXPECT_EQ(answerOf([&] { return f.getBoolForDBx(engine, lowest); }), c.lowest);
+    EXPECT_EQ(answerOf([&] { return f.getNumberForDB(engine, null); }), c.none);
+    for (const auto& [locale, literal] : {std::pair("it_IT", c.italian), {"en_US", c.us}}) {
+      const ScopedLocale scope(locale);
+      EXPECT_EQ(answerOf([&] { return f.getDataForDB(engine, Text(u"20240131235959")); }), literal);
+      EXPECT_EQ(answerOf([&] { return f.getDataForDB(engine, Text(u"20240230000000")); }), c.none);
+    }
+    // A floating-point number becomes its text in the caller's hands too, of an engine that is one.
+    Variant real = 1.25;
+    const Variant number = f.getNumberForDB(engine, real);
+    EXPECT_EQ(number, c.factor == 0 ? Variant(Empty{}) : Variant(Text(u"1.25")));
+    EXPECT_EQ(real, c.factor == 0 ? Variant(1.25) : number);
   }
 }
 

@@ -60,8 +60,7 @@ TEST(CInterface, ValuesTakeAnotherKindOrStayAsTheyAre) {
       {"2/29/2024", VG_DATE, 0, "2/29/2024"},
       {"1", VG_BOOLEAN, 0, "True"},
       {"1", VG_BYTES, 13, "1"},
-      {"1", 99, 13, "1"},
-  };
+      {"1", 99, 13, "1"}};
   for (const auto& [text, kind, status, after] : kCases) {
     const Value value(text);
     EXPECT_EQ(vg_value_convert(value, vg_kind{kind}), status) << text;
@@ -212,8 +211,8 @@ TEST(CInterface, CallersObjectsAreCalledBack) {
 TEST(CInterface, DescriptionsEnd) {
   EXPECT_STREQ(vg_version(), VG_VERSION);
   EXPECT_EQ(vg_interface_version(), VG_INTERFACE_VERSION);
-  const vg_class* first = vg_class_at(0);
   const vg_class* global = vg_class_find("VELTGENERAL.veltglobal");
+  const vg_class* first = vg_class_at(0);
   vg_parameter beyond;
   EXPECT_EQ(vg_member_parameter(vg_class_member(first, 0), 7, &beyond), 9);
   EXPECT_EQ(vg_enumeration_value(vg_class_enumeration(global, 0), 5, nullptr, nullptr), 9);
@@ -240,7 +239,7 @@ TEST(CInterface, HostsFindWhatWasRegistered) {
   ASSERT_NE(::dladdr(vg_version(), &image), 0);
   EXPECT_TRUE(std::filesystem::equivalent(path, image.dli_fname)) << path;
 
-  void* library = vg_host_open(std::string("ErrInfo").c_str());
+  void* library = vg_host_open("ErrInfo");
   const vg_factory* factory = vg_host_factory(library, "VeltGeneral.FileUtility");
   EXPECT_EQ(vg_host_factory(library, "VeltGeneral.Nothing"), nullptr);
   {

@@ -70,14 +70,4 @@ struct Operation {
 // The cold ones first: what a warm one does in its parent's process, others would find done.
 std::vector<Operation> operations();
 
-struct Totals {
-  int calls = 0;        // of the C library, each of which failed once or more
-  int allocations = 0;  // likewise
-  int trials = 0;
-};
-
-// Runs it undisturbed, and then with each of its calls failing in turn, each time in a process and
-// a folder of its own. What is wrong fails the test.
-void tryOut(const Operation& operation, Totals& totals);
-
 }  // namespace veltgeneral::faults

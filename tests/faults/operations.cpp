@@ -121,7 +121,7 @@ bool hasWholeEntries() {
 }
 
 // Without the configured folder the file lies in the current one.
-bool liesElsewhere() { return contentOf("Tarnview.dat") == "[New]\r\n"; }
+bool liesHere() { return contentOf("Tarnview.dat") == "[New]\r\n"; }
 
 bool isWholePicture() { return contentOf("form.png").ends_with("IEND\256B`\202"); }
 
@@ -251,19 +251,13 @@ std::vector<Operation> operations() {
       {"getInfoForConnection", {kSettings}, {u"App", u"", u"", u""}, lacksOne},
       {"saveInfoForConnection",
        {kSettings},
-       {u"App", u"new", u"bob", u"hidden"},
+       {u"App", u"db", u"bob", u"x"},
        gives<eiREGISTRYERROR>,
        3},
       {"isRegistryInWritePermission, new hive", {kNoHive}, {}, empty},
       {"getTarnviewConfValue", {kDat}, {u"Main", u"key", u"kept"}, empties, 1, kUser},
       {"setTarnviewConfValue", {kDat}, {u"Main", u"key", u"new"}, silent, 1, kUser},
-      {"setTarnviewDatFileValue",
-       {kDatBeside},
-       {u"[New]"},
-       runTime,
-       kInPlace,
-       kUser,
-       liesElsewhere},
+      {"setTarnviewDatFileValue", {kDatBeside}, {u"[New]"}, runTime, kInPlace, kUser, liesHere},
       {"isTarnviewDatInWritePermission", {kDat}, {}, anything, 2, kUser},
       {"set a registry value, new hive", {kNoHive}, setValue, fails},
       {"remove a registry value", {kSettings}, removeValue, fails},
@@ -292,10 +286,7 @@ std::vector<Operation> operations() {
       {"UpdateFileTime", {kRecorded}, {kPath, 2001, 2, 0, 3, 4, 5, 6}, gives<eiABORTED, 0>, 2},
       {"writeCsvFileFromArray", {kText}, {kPath, table(), 2, 2}, runTime, kInPlace},
       {"readAndLoadInArrayByCRLF", {kText}, {kPath, TextArray(), -1}, runTime},
-      {"getArrayFromCsvFile",
-       {kText},
-       {kPath, TextArray(), 2, -1},
-       gives<9>},  // no lines, and so no table
+      {"getArrayFromCsvFile", {kText}, {kPath, TextArray(), 2, -1}, gives<9>},  // no table
       {"ooReadFile", {kRecords}, {kPath, 20, 1, std::int16_t{2}, TextArray(Bounds{1, 2})}, runTime},
       {"writeLog, new", {}, {kPath}, silent, 2},
       {"writeLog, one line more", {kLog}, {kPath}, silent},

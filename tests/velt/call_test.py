@@ -10,23 +10,21 @@ NEW = {"numberInfo": 0, "descriptionInfo": "", "typeInfo": 0, "locationInfo": ""
 
 class Arguments(VeltTest):
     # The library's text of each, as it writes it to a file.
-    AS_TEXT = {each: each for each in ("plain", "", "[a,b]", "++", "call", "-5", "http://host/")} | {
+    AS_TEXT = {each: each for each in ("", "[a,b]", "++", "-5", "http://host/")} | {
         "text:int16:5": "int16:5", "int16:-5": "-5", "int32:70000": "70000", "single:0.1": "0.1",
         "double:1e15": "1E+15", "boolean:true": "True", "empty:": "",
         "currency:-19.99": "-19.99", "currency:922337203685477.5807": "922337203685477.5807",
         "decimal:79228162514264337593543950335": "79228162514264337593543950335",
         "decimal:-0.0000000000000000000000000001": "-0.0000000000000000000000000001",
-        "date:2024-02-29": "2/29/2024", "date:13:45:00": "1:45:00 PM",
-        "date:1899-12-29T12:00": "12/29/1899 12:00:00 PM",
-        "json:-7": "-7", "json:2147483648": "2147483648", 'json:"caf\u00e9 \\u20ac"': "caf\u00e9 \u20ac",
-        "@text.txt": "from a file\n", "@-": "from standard input",
-    }
+        "date:2024-02-29": "2/29/2024", "date:1899-12-29T13:45": "12/29/1899 1:45:00 PM",
+        "date:13:45:00": "1:45:00 PM", "json:2147483648": "2147483648", "json:-7": "-7",
+        'json:"caf\u00e9 \\u20ac"': "caf\u00e9 \u20ac", "@text.txt": "from a file\n",
+        "@-": "from standard input"}
     REFUSED = [
         "int16:32768", "int16:", "int32:1.5", "double:1,5", "currency:1.23456",
         "currency:922337203685477.5808", "decimal:79228162514264337593543950336", "decimal:1e5",
         "date:2023-02-29", "date:24:00:00", "date:2024-01-31T", "boolean:True", "null:x",
-        "bytes:A", "bytes:QUJ*", "json:", "json:[1]", 'json:[["a"],"b"]', "@nowhere", "json:@.", "-x",
-    ]
+        "bytes:A", "bytes:QUJ*", "json:", "json:[1]", 'json:[["a"],"b"]', "@nowhere", "json:@.", "-x"]
 
     def test_kinds(self):
         self.write("text.txt", b"from a file\n")
@@ -54,19 +52,17 @@ class Results(VeltTest):
             (["ErrInfo.clone"], cleared, {"oObject": NEW}),
             (["ErrInfo.ErrInfoNew", 'json:{"vntNumberInfo":12}'], 0, {"structErrInfo": {"vntNumberInfo": 12}}),
         ]:
-            with self.subTest(arguments):
-                self.assertEqual(self.answer("call", *arguments), {"result": result, "arguments": in_out})
+            self.assertEqual(self.answer("call", *arguments), {"result": result, "arguments": in_out})
 
     def test_numbers_of_every_kind_come_back(self):
         self.environment["VELTGENERAL_FORM"] = "image:form.png"
         for argument, expected in {
             "int16:10": 10, "single:10.1": 10.1, "double:1e1": 10.0, "10": "10", "currency:10.5000": "10.5",
-            "decimal:10.50": "10.5", "decimal:79.228162514264337593543950335": "79.228162514264337593543950335",
+            "decimal:79.228162514264337593543950335": "79.228162514264337593543950335",
             "date:1900-01-09": "1900-01-09", "date:1900-01-09T23:59:59": "1900-01-09T23:59:59",
         }.items():
-            with self.subTest(argument):
-                said = self.answer("call", "Reporting.prtTesto", "1", "1", argument, "false", "false", "x")
-                self.assertEqual(said["arguments"], {"iSize": expected})
+            said = self.answer("call", "Reporting.prtTesto", "1", "1", argument, "false", "false", "x")
+            self.assertEqual(said["arguments"], {"iSize": expected})
 
     def test_readable(self):
         self.write("text.txt", b"one\r\ntwo")
@@ -81,14 +77,13 @@ class Results(VeltTest):
 
     def test_a_code_page_without_ascii(self):
         self.environment["VELTGENERAL_CODEPAGE"] = "CP037"
-        for member, given, out, expected in [("simpleEncrypt", "abz", "sEncrypted", "\u00bb\u00f0\u00b7"),
-                                             ("simpleDecrypt", "\u00bb\u00f0\u00b7", "sDecrypted", "abz")]:
-            said = self.answer("call", "Funzioni." + member, given)
-            self.assertEqual(said["arguments"], {out: expected})
+        for member, given, changed in [("simpleEncrypt", "abz", {"sEncrypted": "\u00bb\u00f0\u00b7"}),
+                                       ("simpleDecrypt", "\u00bb\u00f0\u00b7", {"sDecrypted": "abz"})]:
+            self.assertEqual(self.answer("call", "Funzioni." + member, given)["arguments"], changed)
 
     def test_bytes_and_output(self):
         content = bytes(range(256)) * 3
-        for size in (766, 767, 768):
+        for size in (766, 767, 768):  # with every padding
             self.write("data", content[:size])
             said = self.answer("call", "FileUtility.readBinaryFile", "data")
             self.assertEqual(base64.b64decode(said["arguments"]["vntTextFile"]), content[:size])
@@ -110,13 +105,10 @@ class Results(VeltTest):
             "locationInfo": "readFile", "processInfo": "VELTGENERAL", "classInfo": "FileUtility"})
         for arguments, message in {
             "Nobody.readFile": "error 429: Cannot create object\n",
-            "FileUtility.nothing": "error 438: ",
-            "FileUtility.readFile a --arg other=1": "error 448: ",
-            "FileUtility.writeFile a null: y": "error 94: ",
+            "FileUtility.readFile null: --arg other=1": "error 448: ",
             "FileUtility.writeFile a 0 missing:": "error 449: ",
             "ErrInfo.clear --set numberInfo=1": "error 438: ",
             "FileUtility": "CLASS.MEMBER expected instead of 'FileUtility'\n",
         }.items():
-            with self.subTest(arguments):
-                said = self.velt("call", *arguments.split(), status=2)
-                self.assertTrue(said.startswith("velt: " + message), said)
+            said = self.velt("call", *arguments.split(), status=2)
+            self.assertTrue(said.startswith("velt: " + message), said)

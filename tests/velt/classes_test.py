@@ -19,16 +19,13 @@ class Classes(VeltTest):
             self.assertEqual(re.findall(r"^ *(\w+)", readable, re.MULTILINE), published)
 
     def test_signatures(self):
-        for target, line in {
-            "ErrInfo.ErrInfo":
-                "ErrInfo(lNumberInfo: int32, sDescriptionInfo: text, iTypeInfo: typeInfoCostant, "
-                "sLocationInfo: text, [vntClassInfo: variant], [vntProcessInfo: variant], "
-                "[vntStepInfo: variant]) -> int16",
-            "errinfo.stepinfo": "stepInfo -> variant",
-            "FileUtility.readFile": "readFile(sFileName: text, in/out sTextFile: text) -> ErrInfo",
-        }.items():
-            with self.subTest(target):
-                self.assertEqual(self.velt("describe", target).splitlines()[1:], ["  " + line])
+        for target, line in [
+            ("errinfo.stepinfo", "stepInfo -> variant"),
+            ("FileUtility.readFile", "readFile(sFileName: text, in/out sTextFile: text) -> ErrInfo"),
+            ("Funzioni.getBoolForDB", "getBoolForDB(lEngine: typeDataBaseEngine) -> int16"),
+            ("cInifile.CLngDefault", "CLngDefault(sString: text, [lDefault: int32 = 0]) -> int32"),
+        ]:
+            self.assertEqual(self.velt("describe", target).splitlines()[1:], ["  " + line])
 
 
 class Doctor(VeltTest):

@@ -20,7 +20,7 @@ class CommandLine(VeltTest):
 
     def options(self, text):
         """Of a help: its options but --help, which the page tells once for all."""
-        block = text.split("Options:\n")[1].split("\n\n")[0] if "Options:\n" in text else ""
+        block = text.partition("Options:\n")[2].partition("\n\n")[0]
         names = re.findall(r"^  (\S+)", block, re.MULTILINE)
         return {name for each in names for name in each.split(",")} - {"-h", "--help"}
 
@@ -30,9 +30,9 @@ class CommandLine(VeltTest):
         said = {}
         for section in commands.split("\n.SS "):
             heading, _, body = section.partition("\n")
-            tags = re.findall(r"^\.TP\n(.*)$", body, re.MULTILINE)
-            said[heading.strip('"').split(" \\f")[0].removeprefix('"')] = {
-                name for tag in tags for name in re.findall(r"(?<![\w-])--?[a-z][\w-]*", tag)}
+            tags = " ".join(re.findall(r"^\.TP\n(.*)$", body, re.MULTILINE))
+            said[heading.strip('"').split(" \\f")[0].removeprefix('"')] = set(
+                re.findall(r"(?<![\w-])--?[a-z][\w-]*", tags))
         helps = dict(self.helps())
         self.assertEqual(said, {" ".join(("velt",) + path): self.options(text)
                                 for path, text in helps.items() if "Subcommands:\n" not in text})

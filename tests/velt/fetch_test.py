@@ -37,16 +37,13 @@ class Fetch(VeltTest):
         self.addCleanup(server.shutdown)
         self.host = f"127.0.0.1:{server.server_port}"
 
-    def test_bodies_and_headers(self):
+    def test_bodies_headers_and_proxies(self):
         for path in ("/body", "/missing"):
             self.velt("fetch", f"http://{self.host}{path}", "-o", "body")
             self.assertEqual(self.content("body"), BODY)
-        echo = f"http://{self.host}/echo"
-        self.check(["fetch"], [([echo, "--header", "X-One: 1", "--header", "X-Two: [2]"], "/echo 1 [2]")])
-
-    def test_proxies(self):
-        url = "http://elsewhere.test/echo"
-        self.check(["fetch"], [([url, "--proxy", self.host], url + " None None")])
+        echo, url = f"http://{self.host}/echo", "http://elsewhere.test/echo"
+        self.check(["fetch"], [([echo, "--header", "X-One: 1", "--header", "X-Two: [2]"], "/echo 1 [2]"),
+                               ([url, "--proxy", self.host], url + " None None")])
         self.environment["http_proxy"] = "http://" + self.host
         self.check(["fetch"], [([url], url + " None None"), ([url, "--direct"], "", 1)])
         self.check_refused(["fetch"], [[url, "--direct", "--proxy", self.host]])

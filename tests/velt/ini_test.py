@@ -36,10 +36,9 @@ class Ini(VeltTest):
             (["delete", "app.ini", "Main", "nothing"], b"", b""),
             (["delete", "app.ini", "Other"], other, b""),
         ]:
-            with self.subTest(arguments):
-                self.write("app.ini", FILE)
-                self.velt("ini", *arguments)
-                self.assertEqual(self.content("app.ini"), FILE.replace(before, after, 1))
+            self.write("app.ini", FILE)
+            self.velt("ini", *arguments)
+            self.assertEqual(self.content("app.ini"), FILE.replace(before, after, 1), arguments)
 
     def test_encodings(self):
         self.velt("ini", "set", "new.ini", "S", "K", "\u20ac")

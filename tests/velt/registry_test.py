@@ -19,31 +19,12 @@ class Values(VeltTest):
         ("binary", ["00ff10"], "00ff10", "00ff10\n"), ("none", [], "", "\n"),
     ]
 
-    def test_set_get_delete(self):
-        get = ["registry", "get", "hkey_local_machine\\software\\ACME", "@"]
+    def test_every_type_in_the_registry_and_in_files(self):
         for kind, data, value, text in self.TYPES:
             with self.subTest(data, kind=kind):
-                self.velt("registry", "set", KEY, "@", *data, "--type", kind)
+                get = ["registry", "get", "hkey_local_machine\\software\\ACME", f"{kind} {value}"]
+                self.velt("registry", "set", KEY, f"{kind} {value}", *data, "--type", kind)
                 self.assertEqual((self.velt(*get), self.answer(*get)), (text, {"type": kind, "data": value}))
-        self.velt("registry", "delete", KEY, "@")
-        self.assertEqual(self.velt(*get, status=1), "")
-
-    def test_whole_keys(self):
-        self.velt("registry", "set", KEY, "a", "1")
-        self.velt("registry", "set", KEY + "\\Sub", "b", "2", "-t", "dword")
-        a, b = {"a": {"type": "text", "data": "1"}}, {"b": {"type": "dword", "data": 2}}
-        self.assertEqual(self.answer("registry", "get", KEY), a)
-        self.assertEqual(self.velt("registry", "list", KEY),
-                         "HKEY_LOCAL_MACHINE\\SOFTWARE\\Acme\n  a  text  1\n  [Sub]\n")
-        self.assertEqual(self.answer("registry", "list", "HKLM\\SOFTWARE", "-r"), {"values": {}, "keys": {
-            "Acme": {"values": a, "keys": {"Sub": {"values": b, "keys": {}}}}}})
-        self.velt("registry", "delete", KEY)
-        self.check(["registry"], [(["get", KEY], "", 1), (["list", KEY + "\\Sub"], "", 1),
-                                  (["delete", KEY], "", 1), (["export", KEY], "", 1)])
-
-    def test_export_and_import(self):
-        for kind, data, value, _ in self.TYPES:
-            self.velt("registry", "set", KEY, f"{kind} {value}", *data, "-t", kind)
         before = self.answer("registry", "list", KEY)
         for option, mark in ([], b"Windows"), (["--utf16"], b"\xff\xfeW\0"):
             self.velt("registry", "export", KEY, "-o", "acme.reg", *option)
@@ -53,6 +34,20 @@ class Values(VeltTest):
             self.velt("registry", "get", KEY, status=1)
             self.velt("registry", "import", "acme.reg")
             self.assertEqual(self.answer("registry", "list", KEY), before)
+
+    def test_whole_keys(self):
+        self.check(["registry"], [(["set", KEY, "@", "one"], ""), (["set", KEY, "a", "1"], ""),
+                                  (["set", KEY + "\\Sub", "b", "2", "-t", "dword"], ""),
+                                  (["get", KEY, "@"], "one\n"), (["delete", KEY, "@"], ""),
+                                  (["get", KEY, "@"], "", 1)])
+        a, b = {"a": {"type": "text", "data": "1"}}, {"b": {"type": "dword", "data": 2}}
+        self.assertEqual(self.answer("registry", "get", KEY), a)
+        self.assertEqual(self.velt("registry", "list", KEY),
+                         "HKEY_LOCAL_MACHINE\\SOFTWARE\\Acme\n  a  text  1\n  [Sub]\n")
+        self.assertEqual(self.answer("registry", "list", "HKLM\\SOFTWARE", "-r"), {"values": {}, "keys": {
+            "Acme": {"values": a, "keys": {"Sub": {"values": b, "keys": {}}}}}})
+        self.check(["registry"], [(["delete", KEY], ""), (["get", KEY], "", 1), (["export", KEY], "", 1),
+                                  (["list", KEY + "\\Sub"], "", 1), (["delete", KEY], "", 1)])
 
     def test_refused(self):
         self.check_refused(["registry"], [

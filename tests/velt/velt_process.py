@@ -2,6 +2,7 @@
 
 import json
 import os
+import pathlib
 import subprocess
 import tempfile
 import unittest
@@ -22,13 +23,11 @@ class VeltTest(unittest.TestCase):
         return os.path.join(self.folder, name)
 
     def write(self, name, content):
-        with open(self.path(name), "wb") as file:
-            file.write(content)
+        pathlib.Path(self.path(name)).write_bytes(content)
         return self.path(name)
 
     def content(self, name):
-        with open(self.path(name), "rb") as file:
-            return file.read()
+        return pathlib.Path(self.path(name)).read_bytes()
 
     def run_program(self, *command, **options):
         return subprocess.run(command, capture_output=True, cwd=self.folder, timeout=60,

@@ -43,9 +43,8 @@ class Calls(AutomationTest):
 
     def test_members_describe_themselves(self):
         fill = filled().errinfo
+        self.assertEqual((fill.__name__, *inspect.signature(fill).parameters)[:2], ("ErrInfo", "lNumberInfo"))
         self.assertIn("[vntClassInfo: variant]", fill.__doc__)
-        self.assertEqual(fill.__name__, "ErrInfo")
-        self.assertEqual(list(inspect.signature(fill).parameters)[:2], ["lNumberInfo", "sDescriptionInfo"])
         self.assertIn("numberInfo", dir(filled()))
         self.assertIn("ErrInfoNew(structErrInfo: structError in/out) -> int16",
                       str(veltgeneral.describe("velTGeneral.errinfo")))
@@ -82,10 +81,8 @@ class CallersObjects(AutomationTest):
 
 
 class HostEvents(AutomationTest):
-    def setUp(self):
-        self.addCleanup(veltgeneral.set_host_events, None)
-
     def sort(self, hook):
+        self.addCleanup(veltgeneral.set_host_events, None)
         veltgeneral.set_host_events(hook)
         texts = [f"{i * 7919 % 1000:04}" for i in range(1000)]
         result, array = CreateObject("Funzioni").quickSortArray(TextArray.of(texts), 1, 1000, 1, 4, True)
@@ -103,13 +100,11 @@ class HostEvents(AutomationTest):
 
     def test_an_exception_ends_the_sort(self):
         def raising(error):
-            def hook():
-                raise error
-            return hook
+            raise error
         for error, number in ((AutomationError(77, "enough"), 77), (KeyError("enough"), 438)):
-            result, is_sorted = self.sort(raising(error))
+            result, is_sorted = self.sort(lambda error=error: raising(error))
             self.assertEqual((result.numberInfo, result.typeInfo, result.locationInfo, is_sorted),
                              (number, 1, "quickSortArray", False))
             self.assertIn("enough", result.descriptionInfo)
         # Which belongs to the program.
-        self.assertRaises(KeyboardInterrupt, self.sort, raising(KeyboardInterrupt()))
+        self.assertRaises(KeyboardInterrupt, self.sort, lambda: raising(KeyboardInterrupt()))

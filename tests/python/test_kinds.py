@@ -28,9 +28,8 @@ class Kinds(AutomationTest):
                 (kinds.TEXT, ""), (kinds.TEXT, "lone \ud800"), (kinds.BYTES, b"\0\xff"),
                 (kinds.BYTES, b""), (kinds.CURRENCY, Currency("-922337203685477.5808")),
                 (kinds.DECIMAL, decimal.Decimal(2 ** 96 - 1)), (kinds.DECIMAL, decimal.Decimal("-1.10")),
-                (kinds.DATE, datetime.datetime(2024, 2, 29, 23, 59, 59, 999000)),
                 (kinds.DATE, datetime.datetime(1899, 12, 29, 12)),
-                (kinds.DATE, datetime.datetime(9999, 12, 31, 23, 59, 59))):
+                (kinds.DATE, datetime.datetime(9999, 12, 31, 23, 59, 59, 999000))):
             held, back = through(value)
             self.assertEqual((held, back, type(back), str(back)), (kind, value, type(value), str(value)))
 

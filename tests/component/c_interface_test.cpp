@@ -112,6 +112,7 @@ TEST(CInterface, ArraysAreReadAndWrittenInBulk) {
   const vg_bounds hollow = {1, 0};
   EXPECT_EQ(vg_array_write(table, 4, 2, u"new", 4, nullptr), 5);
   EXPECT_EQ(vg_array_write(table, 5, 2, u"n\0m", 4, nullptr), 9);
+  EXPECT_EQ(vg_array_write(table, 5, 1, u"new", 3, &kLengths[4]), 5);  // no NUL behind it
   EXPECT_EQ(vg_value_set_array(table, 3, bounds), 5);
   EXPECT_EQ(vg_value_set_array(table, 1, &hollow), 9);
 

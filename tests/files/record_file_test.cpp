@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 
@@ -95,7 +94,7 @@ TEST_F(RecordFile, RefusalsInTheirOrder) {
     int number;
     const char* message;
   };
-  std::vector<Case> cases = {
+  const Case cases[] = {
       {"65", 20, eiABORTED, "File length [65] not compatible with string length[20]"},
       {"64", 30, eiABORTED, "Lenght string not supported[30] supported type are: 20, 25"},
       {"64", -1, eiABORTED, "Lenght string not supported[-1] supported type are: 20, 25"},
@@ -106,10 +105,6 @@ TEST_F(RecordFile, RefusalsInTheirOrder) {
       {"none/file", 20, 76, "Path not found"},
       {"folder", 20, 75, "Path/File access error"},
   };
-  if (geteuid() != 0) {  // nothing is denied to root
-    std::filesystem::permissions(folder_.put("shut", records(3)), std::filesystem::perms::none);
-    cases.push_back({"shut", 20, 70, "Permission denied"});
-  }
   list_.set(1, u"mine");
   for (const Case& c : cases) {
     SCOPED_TRACE(::testing::Message() << c.name << ", " << c.length);

@@ -10,6 +10,7 @@
 #include "support/results.h"
 #include "veltgeneral/funzioni.h"
 #include "veltgeneral/host_events.h"
+#include "veltgeneral/runtime_error.h"
 
 namespace veltgeneral {
 namespace {
@@ -73,13 +74,15 @@ class Sort : public ::testing::Test {
  protected:
   ErrInfo sorted(TextArray& array, std::int32_t low, std::int32_t high, const Slice& slice) {
     events_ = 0;
-    setHostEvents([](void* context) { ++*static_cast<int*>(context); }, &events_);
+    const ScopedHostEvents counting([this] {
+      if (++events_ == last_) throw RuntimeError(1000, u"enough");
+    });
     const auto& [start, length, ignoreUcase] = slice;
     return Funzioni().quickSortArray(array, low, high, start, length, ignoreUcase);
   }
-  void TearDown() override { setHostEvents(nullptr, nullptr); }
 
   int events_ = 0;
+  int last_ = 0;  // the one whose hook throws
 };
 
 TEST_F(Sort, IsThePublishedScheme) {
@@ -134,6 +137,10 @@ TEST_F(Sort, RefusalsDrawAndExchangeAsFarAsTheSchemeGets) {
     for (int i = 0; i <= c.draws; ++i) state = next(state);
     EXPECT_EQ(stateOfGenerator(), state);
   }
+  TextArray array = TextArray::of({u"c", u"b", u"a", u"d"});
+  last_ = 1;
+  EXPECT_EQ(fields(sorted(array, 1, 4, {1, 1, true})),
+            failure(1000, "enough", "quickSortArray", "Funzioni"));
 }
 
 }  // namespace

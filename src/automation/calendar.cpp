@@ -76,6 +76,12 @@ Date dateSerial(std::int16_t year, std::int16_t month, std::int16_t day) {
   return {static_cast<double>(checkedDay((first - kDayZero).count() + day - 1))};
 }
 
+Date timeSerial(std::int16_t hour, std::int16_t minute, std::int16_t second) {
+  const std::int32_t total = hour * 3600 + minute * 60 + second;
+  const std::int32_t day = floorDivide(total, kSecondsPerDay);
+  return dateOf(day, total - day * kSecondsPerDay);
+}
+
 Date now() {
   const platform::LocalTime time = platform::localTime();
   const auto day = dayNumber(time.year, time.month, time.day);

@@ -26,6 +26,10 @@ CivilTime civilTime(Date date);
 // to 1999. Throws RuntimeError 5 when the day lies outside the years 100 to 9999.
 Date dateSerial(std::int16_t year, std::int16_t month, std::int16_t day);
 
+// Carries into days: 24 hours are 1.0. A negative total keeps its time of day counted forward: an
+// hour before midnight of day zero is 23:00 of day -1. Every argument has an answer.
+Date timeSerial(std::int16_t hour, std::int16_t minute, std::int16_t second);
+
 // Days since 30 December 1899. Nothing where the calendar has no such day, or outside the years 100
 // to 9999.
 std::optional<std::int32_t> dayNumber(std::int32_t year, std::int32_t month, std::int32_t day);

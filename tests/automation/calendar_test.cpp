@@ -37,6 +37,13 @@ TEST(Calendar, FieldsCarry) {
       {-1, 1, 1, "error 5"}};
   for (const auto& [year, month, day, days] : cases)
     EXPECT_EQ(answerOf([&] { return dateSerial(year, month, day).days; }), days);
+  const std::tuple<std::int16_t, std::int16_t, std::int16_t, double> times[] = {
+      {36, 0, 0, 1.5},
+      {12, -15, 0, 42300 / 86400.0},
+      {-12, 0, 0, -1.5},
+      {0, 0, -1, -1 - 86399 / 86400.0}};
+  for (const auto& [hour, minute, second, days] : times)
+    EXPECT_EQ(timeSerial(hour, minute, second).days, days) << hour << ' ' << minute;
 }
 
 TEST(Calendar, SecondsAreTheNearest) {

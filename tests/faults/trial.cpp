@@ -139,7 +139,7 @@ ObjectRef objectFor(std::string_view member) {
   const auto type = std::ranges::find_if(classes(), [&](const Class& one) {
     return std::ranges::count(one.members, member, &Member::name) > 0;
   });
-  const ObjectRef object = type->create();
+  ObjectRef object = type->create();
   if (type->name == "ErrInfo")
     call(*object, u"ErrInfo", CallKind::method, {5, u"what went wrong", 1, u"here"});
   if (type->name == "cInifile") {
@@ -273,7 +273,7 @@ Reference undisturbed(const Operation& operation) {
 std::string wrongFiles(const Operation& operation, const Reference& reference, const Fault& fault,
                        const Files& files) {
   for (const auto& [name, state] : files) {
-    if (isLog(name) && !hasWholeLines(state)) return name + " is torn: " + state;
+    if (isLog(name) && !hasWholeLines(state)) return name + " is torn";
     if (!isLog(name) && !reference.names.contains(name) && fault.call->name != "unlink")
       return name + " was left behind";
   }
@@ -302,7 +302,7 @@ std::string wrong(const Operation& operation, const Reference& reference,
   const bool signal = fault.error == EINTR && operation.process != Process::warm;
   if (!unnoticed && !memory && (signal || !operation.documented(got, reference.seen, fault.error)))
     return "result " + std::to_string(got.number) + " '" + got.seen + (done ? "'" : "', not done");
-  const std::string why = wrongFiles(operation, reference, fault, files);
+  std::string why = wrongFiles(operation, reference, fault, files);
   if (!why.empty() && !whole()) return why;
   if (openDescriptors() != open) return "a descriptor stays open";
   const Outcome again = outcomeOf(operation);

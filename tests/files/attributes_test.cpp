@@ -38,9 +38,9 @@ class Attributes : public ::testing::Test {
     stat(path_.c_str(), &info);
     return info;
   }
-  ErrInfo stamp(std::array<Variant, 7> given, const std::string& name = "file") {
+  ErrInfo stamp(const std::array<Variant, 7>& given, const std::string& name = "file") {
     Variant path = folder_.text(name);
-    auto& [year, month, weekday, day, hour, minute, second] = given;
+    auto [year, month, weekday, day, hour, minute, second] = given;
     return files_.UpdateFileTime(path, year, month, weekday, day, hour, minute, second);
   }
   void resetTime() const {

@@ -52,9 +52,10 @@ TEST(DelimitedText, CellsAreQuotedUnlessNumbersDatesOrBlank) {
   // A quote at every place.
   for (const std::size_t length : {1U, 3U, 4U, 19U}) {
     for (std::size_t at = 0; at < length; ++at) {
-      const std::string before(at, '1'), after(length - 1 - at, '1');
-      EXPECT_EQ(written(tableOf({{u"7", fromUtf8(before + '"' + after)}})),
-                "7;\"" + before + "\"\"" + after + "\"\r\n");
+      Text cell(length, u'1');
+      cell[at] = u'"';
+      const std::string doubled = toUtf8(Text(cell).insert(at, 1, u'"'));
+      EXPECT_EQ(written(tableOf({{u"7", cell}})), "7;\"" + doubled + "\"\r\n");
     }
   }
 }

@@ -12,15 +12,12 @@
 namespace veltgeneral {
 namespace {
 
-using bench::against;
-using bench::againstOnFile;
-using bench::folder;
-using bench::Fresh;
+using namespace bench;
 
 std::string fileOf(std::size_t size) {
   const std::string path = folder() + "/cut" + std::to_string(size);
   if (std::filesystem::exists(path)) return path;
-  std::filesystem::copy_file(bench::tableOfBytes(size), path);
+  std::filesystem::copy_file(tableOfBytes(size), path);
   std::filesystem::resize_file(path, size);
   return path;
 }

@@ -14,12 +14,7 @@
 namespace veltgeneral {
 namespace {
 
-using bench::against;
-using bench::againstOnFile;
-using bench::folder;
-using bench::Fresh;
-using bench::tableOfBytes;
-using bench::tableOfRows;
+using namespace bench;
 
 constexpr std::int32_t kColumns = 15;
 

@@ -1,4 +1,4 @@
-// Looking at many UTF-16 units at a time: where some of them stand, and adding to all others.
+// Looking at many UTF-16 units at a time: where some of them stand, and adding to all of them.
 #pragma once
 
 #include <array>
@@ -39,8 +39,9 @@ using UnitPositions = std::array<std::uint16_t, kScanUnits + kUnitScanSlack>;
 // is overwritten.
 std::size_t findUnits(TextView text, const UnitSet& set, UnitPositions& positions) noexcept;
 
-// Writes the units of `text`, at most kScanUnits, plus `by` to `out`, a place of their number apart
-// from them; finds the positions, as findUnits does, of those outside `first` to `last`.
+// Writes the units of `text`, at most kScanUnits, each plus `by`, to `out`, a place for as many
+// that does not overlap them. Returns, as findUnits does, the number of those below `first` or
+// above `last`, with their positions in `others`.
 std::size_t shiftUnits(TextView text, char16_t* out, char16_t by, char16_t first, char16_t last,
                        UnitPositions& others) noexcept;
 

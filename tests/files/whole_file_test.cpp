@@ -101,7 +101,8 @@ TEST_F(WholeFile, RefusalsHaveNumbersAndLeaveArgumentsAlone) {
 TEST_F(WholeFile, AFileThatEndsTooSoonIsRefused) {
   const Text kernels = u"/sys/devices/system/cpu/online";
   std::error_code unknown;
-  if (std::filesystem::file_size(toUtf8(kernels), unknown) < 100 || unknown) return;
+  if (std::filesystem::file_size(toUtf8(kernels), unknown) < 100 || unknown)
+    GTEST_SKIP() << "the kernel says how long its files are";
   Text text;
   Variant content;
   EXPECT_EQ(fields(files_.readFile(kernels, text)), failure(62, "readFile", "FileUtility"));

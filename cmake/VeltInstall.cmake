@@ -19,6 +19,9 @@ write_basic_package_version_file("${PROJECT_BINARY_DIR}/VeltGeneralConfigVersion
 install(FILES "${PROJECT_BINARY_DIR}/VeltGeneralConfigVersion.cmake" DESTINATION "${package}"
         COMPONENT dev)
 
+# Wherever `cmake --install --prefix` puts it.
+file(RELATIVE_PATH VELTGENERAL_PC_TO_PREFIX
+     "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" "${CMAKE_INSTALL_PREFIX}")
 configure_file("${PROJECT_SOURCE_DIR}/cmake/veltgeneral.pc.in"
                "${PROJECT_BINARY_DIR}/veltgeneral.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/veltgeneral.pc"
